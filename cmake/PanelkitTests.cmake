@@ -1,0 +1,38 @@
+# Tests are GoogleTest programs, one or more a folder, found by CTest case by case.
+
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+# panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [LIBRARIES <target>...])
+#
+# LINK says what of the library the program gets: its objects (the default, which lets a test reach internal
+# code), the shared library as a caller has it, or nothing. Never both: process-wide state would exist twice.
+# GUI gives the program a QApplication on the offscreen platform instead of a QCoreApplication.
+function(panelkit_add_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "LINK" "SOURCES;LIBRARIES")
+  if(arg_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "panelkit_add_test does not know ${arg_UNPARSED_ARGUMENTS}")
+  endif()
+  add_executable(${name} ${arg_SOURCES} "${PROJECT_SOURCE_DIR}/tests/support/main.cpp")
+  set_target_properties(${name} PROPERTIES
+    AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_compile_definitions(${name} PRIVATE
+    PANELKIT_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+    $<$<BOOL:${arg_GUI}>:PANELKIT_TEST_GUI>)
+  if(NOT arg_LINK OR arg_LINK STREQUAL "objects")
+    target_link_libraries(${name} PRIVATE panelkit_objects)
+  elseif(arg_LINK STREQUAL "library")
+    target_link_libraries(${name} PRIVATE panelkit)
+  elseif(NOT arg_LINK STREQUAL "none")
+    message(FATAL_ERROR "LINK is '${arg_LINK}': give objects, library or none")
+  endif()
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} panelkit_build_flags
+    ${PANELKIT_PLATFORM_LIBRARIES} GTest::gmock)
+  panelkit_link_qt(${name} PRIVATE Core)
+  if(arg_GUI)
+    panelkit_link_qt(${name} PRIVATE Widgets)
+  endif()
+  # A case that hangs is a failure of its own and must not take the run with it.
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()

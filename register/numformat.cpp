@@ -1,0 +1,1 @@
+#include "register/numformat.h"
