@@ -3,6 +3,15 @@
 
 include(CMakePackageConfigHelpers)
 
+# What must be built before it can be installed, beside the library itself.
+set(PANELKIT_INSTALLED_TARGETS)
+if(PANELKIT_PLATFORM STREQUAL "simulator")
+  list(APPEND PANELKIT_INSTALLED_TARGETS ${PANELKIT_PLATFORM_LIBRARIES})
+endif()
+if(TARGET panelsim)
+  list(APPEND PANELKIT_INSTALLED_TARGETS panelsim)
+endif()
+
 target_sources(panelkit PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}"
   FILES "${PROJECT_SOURCE_DIR}/panelkit.h")
 
@@ -12,6 +21,10 @@ install(TARGETS panelkit EXPORT panelkitTargets
 if(PANELKIT_PLATFORM STREQUAL "simulator")
   install(TARGETS ${PANELKIT_PLATFORM_LIBRARIES} EXPORT panelkitTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/panelkit")
+endif()
+
+if(TARGET panelsim)
+  install(TARGETS panelsim)
 endif()
 
 set(panelkit_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/panelkit")
