@@ -1,0 +1,66 @@
+#include "simulator/project/projectlinks.h"
+
+#include "simulator/project/project.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace panelkit::simulator {
+
+namespace {
+
+LinkRecord internalStorage()
+{
+    LinkRecord record;
+    record.name = QLatin1String(internalStorageName);
+    record.value.station = -1;
+    return record;
+}
+
+LinkRecord linkRecord(const LinkDefinition &link)
+{
+    LinkRecord record;
+    record.name = link.name;
+    LinkValue &value = record.value;
+    value.id = link.number;
+    value.portName = link.port;
+    value.driverLib = link.driver;
+    value.ip1 = link.ip[0];
+    value.ip2 = link.ip[1];
+    value.ip3 = link.ip[2];
+    value.ip4 = link.ip[3];
+    value.port = link.tcpPort;
+    value.baud = link.baud;
+    value.dataBits = link.dataBits;
+    value.check = static_cast<int>(link.parity);
+    value.stopBits = link.stopBits;
+    value.station = link.station;
+    value.interval = link.interval;
+    value.timeout = link.timeout;
+    value.retry = link.retry;
+    value.addmore = link.manyStations ? 1 : 0;
+    value.addrInterval = link.addressGap;
+    return record;
+}
+
+} // namespace
+
+std::vector<LinkRecord> linkRecords(const Project &project)
+{
+    std::vector<LinkRecord> records = {internalStorage()};
+    for (const LinkDefinition &link : project.links)
+        records.push_back(linkRecord(link));
+    return records;
+}
+
+QByteArray linksJson(const Project &project)
+{
+    QJsonArray links;
+    for (const LinkDefinition &link : project.links)
+        links.append(QJsonObject{{QStringLiteral("linkName"), link.name},
+                                 {QStringLiteral("linkDriver"), link.driverBaseName()}});
+    return QJsonDocument(QJsonObject{{QStringLiteral("links"), links}}).toJson();
+}
+
+} // namespace panelkit::simulator
