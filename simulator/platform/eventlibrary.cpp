@@ -56,7 +56,7 @@ int eventLibraryEntryCount()
 
 void clearEventLibrary()
 {
-    std::deque<EventLibraryEntry> entries;
+    std::deque<EventLibraryEntry> entries; // outlives the lock: an event's destructor may post
     std::lock_guard<std::mutex> lock(queue().mutex);
     entries.swap(queue().entries);
 }

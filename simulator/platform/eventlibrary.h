@@ -44,7 +44,8 @@ PANELKIT_EXPORT int eventLibraryEntryCount();
 PANELKIT_EXPORT void clearEventLibrary();
 
 // `listener` is called after each post, on the thread that posted, with no lock held; a host wakes its loop
-// with it. An empty function ends that. The listener must not post.
+// with it. An empty function ends that, save for a call that another thread has begun. The listener must not
+// post.
 PANELKIT_EXPORT void setEventLibraryListener(std::function<void()> listener);
 
 } // namespace panelkit::simulator

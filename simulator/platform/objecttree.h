@@ -10,11 +10,13 @@
 namespace panelkit::simulator {
 
 // A tree of nodes with typed properties. The tree owns its nodes; every object and property pointer is valid
-// as long as it lives. Names are UTF-8; several children of one node may share a name (object_get_child gives
-// the first), a property's name is unique in its node.
+// as long as it lives. Names are UTF-8 without NULs; several children of one node may share a name
+// (object_get_child gives the first), a property's name is unique in its node. The object_* and property_*
+// functions take null for a node, a name or a property as one that is not there; the functions here do not.
 //
-// A property holds a number or a text. Asked for the other kind, a number gives its decimal text, and a text
-// gives its value when all of it is a base-10 integer of 32 bits, else the caller's default.
+// A property holds a number or a text, whichever was written last. Asked for the other kind, a number gives
+// its decimal text, and a text gives its value when QString::toInt reads it with base 10, else the caller's
+// default.
 class PANELKIT_EXPORT ObjectTree
 {
 public:

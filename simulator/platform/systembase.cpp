@@ -26,16 +26,18 @@ struct State
     std::function<void(const QByteArray &)> observer;
 };
 
+// Never destroyed: whatever still calls the library while the process ends finds its state.
 State &state()
 {
-    static State instance;
-    return instance;
+    static State *instance = new State;
+    return *instance;
 }
 
+// Of a copy, since an observer may set another one.
 void observe(const QByteArray &line)
 {
-    if (state().observer)
-        state().observer(line);
+    if (const std::function<void(const QByteArray &)> observer = state().observer)
+        observer(line);
 }
 
 void readConfiguration()

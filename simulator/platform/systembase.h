@@ -32,8 +32,8 @@ PANELKIT_EXPORT void clearRecordedCommands();
 
 // The INI file that keeps the panel's own network settings (keys "ip", "netmask", "gateway" and "dns" of
 // the group "network"; one address, whatever kind of device asks for it). It is read when it is named and
-// again by sys_base_init_config; every sys_base_set_config_* writes it. A missing file reads as empty texts.
-// An empty path (as at start) keeps the settings in memory only.
+// again by sys_base_init_config; every sys_base_set_config_* writes it. A missing file reads as empty texts;
+// one that cannot be written stays as it is. An empty path (as at start) keeps the settings in memory only.
 PANELKIT_EXPORT void setConfigurationFile(const QString &path);
 
 // `observer` is told of every call of the library's sys_base_* operations as one line, before it takes

@@ -33,12 +33,12 @@ int distance(const QString &left, const QString &right)
     return row.back();
 }
 
-QString alternatives(const QStringList &texts)
+QString oneOf(const QStringList &texts)
 {
     QStringList all;
     for (const QString &text : texts)
         all << quoted(text);
-    return all.join(QLatin1String(", "));
+    return (all.size() > 1 ? QLatin1String("one of ") : QLatin1String("")) + all.join(QLatin1String(", "));
 }
 
 // The known keys for which `key` may be a slip, nearest first; all of them when there is none.
@@ -47,13 +47,13 @@ QString nearestKeys(const QString &key, const QStringList &known)
     if (known.isEmpty())
         return QStringLiteral("no key");
     if (key.size() > longestQuote)
-        return alternatives(known);
+        return oneOf(known);
     const int furthest = std::max(2, static_cast<int>(key.size()) / 3);
     QMap<std::pair<int, QString>, QString> near;
     for (const QString &candidate : known)
         if (const int changes = distance(key, candidate); changes <= furthest)
             near.insert({changes, candidate}, candidate);
-    return alternatives(near.isEmpty() ? known : QStringList(near.values()));
+    return oneOf(near.isEmpty() ? known : QStringList(near.values()));
 }
 
 bool isPlainKey(const QString &key)
@@ -215,7 +215,7 @@ QJsonArray ObjectReader::array(const char *key)
 
 int ObjectReader::choiceIndex(const char *key, const QStringList &names, const char *fallback)
 {
-    const QString expected = QStringLiteral("one of ") + alternatives(names);
+    const QString expected = oneOf(names);
     const QJsonValue value = take(key, expected, fallback == nullptr);
     const QString name = value.isUndefined() ? QString::fromLatin1(fallback) : value.toString();
     const int index = static_cast<int>(names.indexOf(name));

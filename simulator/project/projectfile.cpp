@@ -44,6 +44,11 @@ struct ParityName
 constexpr std::array<ParityName, 3> parityNames = {
     {{"none", Parity::None}, {"odd", Parity::Odd}, {"even", Parity::Even}}};
 
+QString anotherThan(const QString &path)
+{
+    return QStringLiteral("another one than that of ") + path;
+}
+
 // Refuses a value that an earlier element of the list has already, with that element's place.
 template <typename Value>
 class UniqueValues
@@ -54,7 +59,7 @@ public:
         if (!reader.ok())
             return;
         if (m_paths.contains(value))
-            reader.refuse(key, QStringLiteral("another one than that of ") + m_paths.value(value));
+            reader.refuse(key, anotherThan(m_paths.value(value)));
         m_paths.insert(value, path);
     }
 
@@ -101,6 +106,7 @@ public:
 
 private:
     LinkDefinition readLink(ObjectReader &reader);
+    void readBlocks(ObjectReader &reader, LinkDefinition &link);
     void readPort(ObjectReader &reader, LinkDefinition &link);
     AddressDefinition readAddress(ObjectReader &reader);
     ItemDefinition readItem(ObjectReader &reader);
@@ -171,7 +177,7 @@ LinkDefinition ProjectReader::readLink(ObjectReader &reader)
     link.driver = reader.text("driver", driverRule);
     if (reader.ok() && !isDriver(link.driver))
         reader.refuse("driver", QLatin1String(driverRule.description));
-    link.blocks = reader.texts("blocks", blockRule);
+    readBlocks(reader, link);
     readPort(reader, link);
     link.station = reader.integer("station", 0, largestStation, 1);
     link.manyStations = reader.boolean("manyStations", false);
@@ -180,6 +186,22 @@ LinkDefinition ProjectReader::readLink(ObjectReader &reader)
     link.retry = reader.integer("retry", 0, largestWord, 2);
     link.addressGap = reader.integer("addressGap", 0, largestWord, 8);
     return link;
+}
+
+void ProjectReader::readBlocks(ObjectReader &reader, LinkDefinition &link)
+{
+    const QStringList internalBlocks = {QStringLiteral("LB"), QStringLiteral("LW"), QStringLiteral("RWI")};
+    link.blocks = reader.texts("blocks", blockRule);
+    for (int i = 0; i < link.blocks.size(); ++i) {
+        const QString &block = link.blocks.at(i);
+        const int first = static_cast<int>(link.blocks.indexOf(block));
+        if (internalBlocks.contains(block))
+            m_faults.refuse(reader.path("blocks", i), quoted(block),
+                            QStringLiteral("a block of the PLC: this one is the panel's own"));
+        if (first < i)
+            m_faults.refuse(reader.path("blocks", i), quoted(block),
+                            anotherThan(reader.path("blocks", first)));
+    }
 }
 
 void ProjectReader::readPort(ObjectReader &reader, LinkDefinition &link)
