@@ -348,6 +348,16 @@ TEST(ProjectFile, CutsWhatAMessageRepeats)
               QStringLiteral("\"") + QString(40, QLatin1Char('n')) + QChar(0x2026) + QStringLiteral("\""));
 }
 
+TEST(ProjectFile, ReadsTheExampleOfItsPage)
+{
+    const QByteArray page = contents(QStringLiteral(PANELKIT_FORMATS "/project.md"));
+    const int start = static_cast<int>(page.indexOf("```json\n")) + 8;
+    ProjectError error;
+    const auto project = readProject(page.mid(start, page.indexOf("```", start) - start), error);
+    ASSERT_TRUE(project) << error.text().toStdString();
+    EXPECT_EQ(project->items.at(0).name, QStringLiteral("Boiler temperature"));
+}
+
 TEST(ProjectFile, LeavesTheErrorAloneOnSuccess)
 {
     ProjectError error{QStringLiteral("where"), QStringLiteral("found"), QStringLiteral("expected")};

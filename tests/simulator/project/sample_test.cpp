@@ -48,7 +48,7 @@ protected:
 QMap<QString, QString> registerMap()
 {
     const QString page =
-        QString::fromUtf8(panelkit::testing::contents(QStringLiteral(PANELKIT_REGISTER_MAP)));
+        QString::fromUtf8(panelkit::testing::contents(QStringLiteral(PANELKIT_FORMATS "/bottling-line.md")));
     const QRegularExpression row(QStringLiteral("^\\| ([0134]x) (\\d+)[^|]* \\| (\\d+) \\| (\\w+) \\|"));
     QMap<QString, QString> types;
     int unit = 0;
