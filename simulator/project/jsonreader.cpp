@@ -246,11 +246,10 @@ void ObjectReader::skip(std::initializer_list<const char *> keys)
 
 void ObjectReader::finish()
 {
-    if (!m_faults.isEmpty())
-        return;
-    for (const QString &key : m_object.keys())
-        if (!m_known.contains(key))
-            m_faults.refuse(path(key), QStringLiteral("an unknown key"), nearestKeys(key, m_known));
+    for (auto entry = m_object.begin(); entry != m_object.end() && m_faults.isEmpty(); ++entry)
+        if (!m_known.contains(entry.key()))
+            m_faults.refuse(path(entry.key()), QStringLiteral("an unknown key"),
+                            nearestKeys(entry.key(), m_known));
     if (!m_missing.isEmpty())
         m_faults.refuse(m_missing, QStringLiteral("nothing"), m_missingExpected);
 }

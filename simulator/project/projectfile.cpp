@@ -56,8 +56,6 @@ class UniqueValues
 public:
     void enter(const Value &value, ObjectReader &reader, const char *key, const QString &path)
     {
-        if (!reader.ok())
-            return;
         if (m_paths.contains(value))
             reader.refuse(key, anotherThan(m_paths.value(value)));
         m_paths.insert(value, path);
@@ -131,6 +129,7 @@ private:
 
     FaultSlot &m_faults;
     Project m_project;
+    QHash<QString, std::size_t> m_linkPlaces; // in the project's list, by name
 };
 
 Project ProjectReader::read(const QJsonValue &root)
@@ -144,6 +143,7 @@ Project ProjectReader::read(const QJsonValue &root)
     UniqueValues<QString> linkNames, itemNames, variableNames;
     readList(reader, "links", [&](ObjectReader &element, const QString &path) {
         m_project.links.push_back(readLink(element));
+        m_linkPlaces.insert(m_project.links.back().name, m_project.links.size() - 1);
         linkNumbers.enter(m_project.links.back().number, element, "number", path);
         linkNames.enter(m_project.links.back().name, element, "name", path);
     });
@@ -161,10 +161,8 @@ Project ProjectReader::read(const QJsonValue &root)
 
 const LinkDefinition *ProjectReader::findLink(const QString &name) const
 {
-    for (const LinkDefinition &link : m_project.links)
-        if (link.name == name)
-            return &link;
-    return nullptr;
+    const auto found = m_linkPlaces.find(name);
+    return found == m_linkPlaces.end() ? nullptr : &m_project.links[found.value()];
 }
 
 LinkDefinition ProjectReader::readLink(ObjectReader &reader)
@@ -192,15 +190,16 @@ void ProjectReader::readBlocks(ObjectReader &reader, LinkDefinition &link)
 {
     const QStringList internalBlocks = {QStringLiteral("LB"), QStringLiteral("LW"), QStringLiteral("RWI")};
     link.blocks = reader.texts("blocks", blockRule);
+    QHash<QString, int> places;
     for (int i = 0; i < link.blocks.size(); ++i) {
         const QString &block = link.blocks.at(i);
-        const int first = static_cast<int>(link.blocks.indexOf(block));
         if (internalBlocks.contains(block))
             m_faults.refuse(reader.path("blocks", i), quoted(block),
                             QStringLiteral("a block of the PLC: this one is the panel's own"));
-        if (first < i)
+        if (places.contains(block))
             m_faults.refuse(reader.path("blocks", i), quoted(block),
-                            anotherThan(reader.path("blocks", first)));
+                            anotherThan(reader.path("blocks", places.value(block))));
+        places.insert(block, i);
     }
 }
 
