@@ -337,6 +337,16 @@ TEST(ProjectFile, ListsAllKnownKeysWhenNoneIsNear)
                              "\"screenHeight\", \"links\", \"items\", \"variables\""));
 }
 
+TEST(ProjectFile, TakesTheLastValueOfAKeyGivenTwice)
+{
+    ProjectError error;
+    const auto project = readProject(changed(QStringLiteral("\"screenWidth\": 480"),
+                                             QStringLiteral("\"screenWidth\": 0, \"screenWidth\": 7")),
+                                     error);
+    ASSERT_TRUE(project) << error.text().toStdString();
+    EXPECT_EQ(project->screenWidth, 7);
+}
+
 TEST(ProjectFile, CutsWhatAMessageRepeats)
 {
     ProjectError error;
