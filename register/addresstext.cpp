@@ -12,34 +12,30 @@
 
 namespace {
 
-std::string_view blockName(const RegisterValueChange &reg)
+bool isInternal(const RegisterValueChange &reg)
 {
-    const void *end = std::memchr(reg.block, '\0', sizeof(reg.block));
-    const auto size = end == nullptr ? sizeof(reg.block)
-                                     : static_cast<std::size_t>(static_cast<const char *>(end) - reg.block);
-    return {reg.block, size};
+    return std::strncmp(reg.block, "LB", 2) == 0 || std::strncmp(reg.block, "LW", 2) == 0 ||
+           std::strncmp(reg.block, "RWI", 3) == 0;
 }
 
-bool isInternal(std::string_view block)
-{
-    return block.substr(0, 2) == "LB" || block.substr(0, 2) == "LW" || block.substr(0, 3) == "RWI";
-}
-
-// The Latin-1 part of an address: at most two numbers with their separators, and a block name.
+// The Latin-1 part of an address: a block name, and at most two numbers with a separator each.
 class AddressHead
 {
 public:
-    void append(qint32 number) { m_end = std::to_chars(m_end, std::end(m_characters), number).ptr; }
-    void append(char separator) { *m_end++ = separator; }
-    void append(std::string_view block)
+    void appendNumber(qint32 number) { m_end = std::to_chars(m_end, std::end(m_characters), number).ptr; }
+    void appendSeparator(char separator) { *m_end++ = separator; }
+    void appendBlock(const RegisterValueChange &reg)
     {
-        std::memcpy(m_end, block.data(), block.size());
-        m_end += block.size();
+        for (const char character : reg.block) {
+            if (character == '\0')
+                break;
+            *m_end++ = character;
+        }
     }
     std::string_view text() const { return {m_characters, static_cast<std::size_t>(m_end - m_characters)}; }
 
 private:
-    char m_characters[2 * sizeof("-2147483648") + sizeof(RegisterValueChange::block)];
+    char m_characters[sizeof(RegisterValueChange::block) + 2 * sizeof("-2147483648")];
     char *m_end = m_characters;
 };
 
@@ -49,35 +45,34 @@ bool conversionAddr2UIText(const RegisterValueChange &reg, const QString &indexT
                            QString &out)
 {
     if (&indexText == &out) {
-        const QString index = indexText;
-        return conversionAddr2UIText(reg, index, comm, out);
+        const QString copy = indexText;
+        return conversionAddr2UIText(reg, copy, comm, out);
     }
-    const std::string_view block = blockName(reg);
     AddressHead head;
-    if (isInternal(block)) {
-        head.append(block);
-        head.append(reg.index);
-        panelkit::assignText(out, head.text(), QString(), 0);
+    if (isInternal(reg)) {
+        head.appendBlock(reg);
+        head.appendNumber(reg.index);
+        panelkit::assignText(out, head.text());
         return true;
     }
     if (comm == nullptr) {
-        panelkit::assignText(out, {}, QString(), 0);
+        panelkit::assignText(out, {});
         return false;
     }
     const LinkValue link = comm->getLinkValue(static_cast<quint16>(reg.linkId));
     if (link.id == -1) {
-        panelkit::assignText(out, {}, QString(), 0);
+        panelkit::assignText(out, {});
         return true;
     }
     if (reg.linkId > 1) { // the first link is shown without its number
-        head.append(reg.linkId);
-        head.append('/');
+        head.appendNumber(reg.linkId);
+        head.appendSeparator('/');
     }
     if (link.addmore == 1) {
-        head.append(reg.station);
-        head.append('#');
+        head.appendNumber(reg.station);
+        head.appendSeparator('#');
     }
-    head.append(block);
-    panelkit::assignText(out, head.text(), indexText, 0);
+    head.appendBlock(reg);
+    panelkit::assignText(out, head.text(), indexText);
     return true;
 }

@@ -19,7 +19,7 @@ constexpr double tolerance = 1e-8;
 // A new buffer is reserved at once for whatever the register may hold later, so that it is never too small.
 void assignNumber(QString &out, std::string_view text, int decimals)
 {
-    panelkit::assignText(out, text, QString(), panelkit::longestNumberText(decimals));
+    panelkit::assignText(out, text, panelkit::longestNumberText(decimals));
 }
 
 // ASCII is the same in every local encoding; only other text is worth a decoder and its allocation.
@@ -28,7 +28,7 @@ void assignLocal8Bit(QString &out, const char *bytes)
     const std::string_view text(bytes);
     if (std::all_of(text.begin(), text.end(),
                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; })) {
-        panelkit::assignText(out, text, QString(), 0);
+        panelkit::assignText(out, text);
         return;
     }
     const QString decoded = QString::fromLocal8Bit(text.data(), static_cast<panelkit::TextSize>(text.size()));

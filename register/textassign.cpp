@@ -7,40 +7,59 @@ namespace panelkit {
 
 namespace {
 
-bool reads(const QString &text, std::string_view head, const QString &tail)
+bool startsWith(const QChar *characters, std::string_view text)
 {
-    const auto headSize = static_cast<TextSize>(head.size());
-    if (text.size() != headSize + tail.size())
-        return false;
-    const QChar *character = text.constData();
-    for (const char expected : head) {
-        if (character->unicode() != static_cast<unsigned char>(expected))
+    for (const char expected : text) {
+        if (characters->unicode() != static_cast<unsigned char>(expected))
             return false;
-        ++character;
+        ++characters;
     }
-    return std::memcmp(character, tail.constData(), static_cast<std::size_t>(tail.size()) * sizeof(QChar)) ==
-           0;
+    return true;
+}
+
+QChar *write(QChar *to, std::string_view text)
+{
+    for (const char character : text)
+        *to++ = QLatin1Char(character);
+    return to;
+}
+
+std::size_t bytesOf(const QString &text)
+{
+    return static_cast<std::size_t>(text.size()) * sizeof(QChar);
+}
+
+// Where the `size` characters of the new text are to be written.
+QChar *resized(QString &out, TextSize size, TextSize room)
+{
+    if (!out.isDetached() || out.capacity() < size) {
+        out = QString(); // gives the old buffer back before the new one is asked for
+        if (size > 0)
+            out.reserve(qMax(size, room));
+    }
+    if (out.size() != size)
+        out.resize(size);
+    return out.data();
 }
 
 } // namespace
 
-void assignText(QString &out, std::string_view head, const QString &tail, TextSize room)
+void assignText(QString &out, std::string_view text, TextSize room)
 {
-    if (reads(out, head, tail))
+    const auto size = static_cast<TextSize>(text.size());
+    if (out.size() != size || !startsWith(out.constData(), text))
+        write(resized(out, size, room), text);
+}
+
+void assignText(QString &out, std::string_view head, const QString &tail)
+{
+    const auto headSize = static_cast<TextSize>(head.size());
+    const TextSize size = headSize + tail.size();
+    if (out.size() == size && startsWith(out.constData(), head) &&
+        std::memcmp(out.constData() + headSize, tail.constData(), bytesOf(tail)) == 0)
         return;
-    const TextSize size = static_cast<TextSize>(head.size()) + tail.size();
-    if (!out.isDetached() || out.capacity() < size) {
-        out = QString(); // gives the old buffer back before the new one is asked for
-        if (size == 0)
-            return;
-        out.reserve(qMax(size, room));
-    }
-    out.resize(size);
-    QChar *to = out.data();
-    for (const char character : head)
-        *to++ = QLatin1Char(character);
-    std::memcpy(static_cast<void *>(to), tail.constData(),
-                static_cast<std::size_t>(tail.size()) * sizeof(QChar));
+    QChar *end = write(resized(out, size, 0), head);
+    std::memcpy(static_cast<void *>(end), tail.constData(), bytesOf(tail));
 }
 
 } // namespace panelkit

@@ -127,7 +127,7 @@ void addValues()
     compareValue("int32, 2 decimals", 15, {NUM_INT32, NUM_VIEW_DEC, 8, 2}, integers);
     compareValue("int32, 2 decimals, unchanged", 15, {NUM_INT32, NUM_VIEW_DEC, 8, 2, Refresh::Unchanged},
                  integers);
-    compareValue("bcd32", 15, {NUM_BCD32, NUM_VIEW_DEC, 8, 0}, bcd);
+    compareValue("bcd32", 5, {NUM_BCD32, NUM_VIEW_DEC, 8, 0}, bcd);
     compareValue("bcd32, 2 decimals", 15, {NUM_BCD32, NUM_VIEW_DEC, 8, 2}, bcd);
     compareValue("float32, 2 decimals", 6, {NUM_FLOAT32, NUM_VIEW_DEC, 8, 2}, singles);
     compareValue("float32, 2 decimals, unchanged", 6, {NUM_FLOAT32, NUM_VIEW_DEC, 8, 2, Refresh::Unchanged},

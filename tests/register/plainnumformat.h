@@ -249,7 +249,7 @@ inline bool plainAddr2UIText(const RegisterValueChange &reg, const QString &inde
     out = "";
     const QString block = plainBlock(reg);
     if (block.startsWith("LB") || block.startsWith("LW") || block.left(3) == "RWI") {
-        out = block + QString("%1").arg(reg.index);
+        out = QString("%1%2").arg(block, QString::number(reg.index));
         return true;
     }
     if (comm == nullptr)
