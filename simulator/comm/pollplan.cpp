@@ -7,6 +7,7 @@ namespace panelkit::simulator {
 
 namespace {
 
+// Those that stay alone come last, so that the last request is always one to be joined until then.
 bool comesBefore(const PollRange &a, const PollRange &b)
 {
     return std::tie(a.isAlone, a.range.unit, a.range.table, a.range.first) <
@@ -34,17 +35,15 @@ std::vector<PollRequest> planPolls(const std::vector<PollRange> &ranges, int lar
                      [&](std::size_t a, std::size_t b) { return comesBefore(ranges[a], ranges[b]); });
 
     std::vector<PollRequest> requests;
-    bool mayJoin = false;
     for (const std::size_t number : order) {
         const auto &[range, isAlone] = ranges[number];
-        if (mayJoin && !isAlone && fits(requests.back().range, range, std::max(largestGap, 0))) {
+        if (!isAlone && !requests.empty() && fits(requests.back().range, range, std::max(largestGap, 0))) {
             RegisterRange &request = requests.back().range;
             request.count = std::max(request.end(), range.end()) - request.first;
         } else {
             requests.push_back({range, {}});
         }
         requests.back().served.push_back(number);
-        mayJoin = !isAlone;
     }
     return requests;
 }
