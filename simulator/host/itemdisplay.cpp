@@ -1,0 +1,39 @@
+#include "simulator/host/itemdisplay.h"
+
+#include "register/addresstext.h"
+#include "register/numformat.h"
+#include "register/registervaluechange.h"
+#include "simulator/comm/communication.h"
+#include "simulator/host/session.h"
+
+namespace panelkit::simulator {
+
+void watchItems(const Session &session)
+{
+    for (std::size_t i = 0; i < session.project().items.size(); ++i) {
+        RegisterValueChange address = {};
+        if (ObjectAddress2RegisterValueChange(session.itemNode(i), address))
+            session.communication().watchAddress(address, session.project().items[i].wordCount);
+    }
+}
+
+ItemDisplay displayItem(const Session &session, std::size_t index)
+{
+    const ItemDefinition &item = session.project().items.at(index);
+    Communication &comm = session.communication();
+    ItemDisplay display;
+
+    RegisterValueChangeSize address = {};
+    if (!ObjectAddress2RegisterValueChangeSize(session.itemNode(index), address))
+        return display;
+    display.linkNumber = address.linkId;
+    conversionAddr2UIText(address, item.number, &comm, display.address);
+
+    display.words.resize(item.wordCount);
+    comm.readAddressWords(&address, item.wordCount, display.words.data());
+    getValueToQString(address, item.wordCount, item.digits, item.decimals, item.type, item.view,
+                      display.text);
+    return display;
+}
+
+} // namespace panelkit::simulator

@@ -1,0 +1,27 @@
+// One item of a project as its screen would show it now.
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+#include <cstddef>
+
+namespace panelkit::simulator {
+
+class Session;
+
+struct ItemDisplay
+{
+    QString address;        // as conversionAddr2UIText gives it
+    QVector<quint16> words; // what the text is made of, as the communication interface holds it
+    QString text;           // what the screen shows
+    int linkNumber = 0;
+};
+
+// Announces the addresses of all items to the communication interface, so that they come with few requests.
+void watchItems(const Session &session);
+
+// Goes the whole road for `session.project().items[index]`: node, address record, words, text.
+ItemDisplay displayItem(const Session &session, std::size_t index);
+
+} // namespace panelkit::simulator

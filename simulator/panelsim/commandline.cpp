@@ -1,0 +1,91 @@
+#include "simulator/panelsim/commandline.h"
+
+#include <cstdio>
+
+namespace panelkit::simulator {
+
+void complain(const QString &text)
+{
+    std::fprintf(stderr, "panelsim: %s\n", text.toUtf8().constData());
+}
+
+void print(const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
+    std::fflush(stdout); // who reads a pipe wants to see it now
+}
+
+std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &summary,
+                                    const QStringList &arguments, int positionalCount)
+{
+    parser.setApplicationDescription(summary);
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Print this help."));
+    parser.addOption(help);
+    if (!parser.parse(arguments)) {
+        complain(QStringLiteral("%1: %2 'panelsim %1 --help' says what it takes.")
+                     .arg(arguments.first(), parser.errorText()));
+        return ExitCode::WrongUse;
+    }
+    if (parser.isSet(help)) {
+        // The parser speaks of the program; the command belongs behind its name.
+        QString text = parser.helpText();
+        const QString program = QCoreApplication::arguments().first();
+        text.replace(QLatin1String("Usage: ") + program,
+                     QLatin1String("Usage: panelsim ") + arguments.first());
+        print(text);
+        return ExitCode::Done;
+    }
+    if (parser.positionalArguments().size() > positionalCount) {
+        complain(QStringLiteral("%1: '%2' is one argument too many. 'panelsim %1 --help' says what it takes.")
+                     .arg(arguments.first(), parser.positionalArguments().at(positionalCount)));
+        return ExitCode::WrongUse;
+    }
+    return std::nullopt;
+}
+
+void addSessionOptions(QCommandLineParser &parser)
+{
+    parser.addPositionalArgument(
+        QStringLiteral("PROJECT"),
+        QStringLiteral("The project file; without it the sample that panelsim brings along."),
+        QStringLiteral("[PROJECT]"));
+    parser.addOption(
+        {QStringLiteral("plc"),
+         QStringLiteral("Reach all Modbus TCP links at HOST:PORT. Without it panelsim starts a bottling "
+                        "line of its own on a free loopback port."),
+         QStringLiteral("HOST:PORT")});
+    parser.addOption(
+        {QStringLiteral("root"),
+         QStringLiteral("Keep the panel's files below DIR. Without it they lie in a temporary folder "
+                        "that is removed at the end."),
+         QStringLiteral("DIR")});
+}
+
+std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode &exitCode)
+{
+    SessionOptions options;
+    options.projectFile = parser.positionalArguments().value(0);
+    options.root = parser.value(QStringLiteral("root"));
+    if (parser.isSet(QStringLiteral("plc"))) {
+        const QString text = parser.value(QStringLiteral("plc"));
+        options.plc = parsePlcAddress(text);
+        if (!options.plc) {
+            complain(
+                QStringLiteral("--plc '%1' is not HOST:PORT with a port from 1 to 65535, as in 127.0.0.1:502")
+                    .arg(text));
+            exitCode = ExitCode::WrongUse;
+            return nullptr;
+        }
+    }
+    QString error;
+    auto session = Session::open(options, error);
+    if (!session) {
+        complain(error);
+        exitCode = ExitCode::Failed;
+    }
+    return session;
+}
+
+} // namespace panelkit::simulator

@@ -1,0 +1,40 @@
+// What the commands of panelsim share: their options, exit codes and the way they complain.
+#pragma once
+
+#include "simulator/host/session.h"
+
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace panelkit::simulator {
+
+enum class ExitCode
+{
+    Done = 0,
+    Failed = 1,   // a file was refused, a check failed, something could not be written
+    WrongUse = 2, // an unknown command, option or value
+    NoAnswer = 3, // everything was done, but a PLC did not answer
+};
+
+// One line on stderr, "panelsim: ...".
+void complain(const QString &text);
+
+// Prints UTF-8 text on stdout.
+void print(const QString &text);
+
+// Reads `arguments` (the command's name first). Returns nothing when the command is to run; else what it has
+// to exit with, after --help has been printed or an unknown option or a surplus argument has been complained
+// of.
+std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &summary,
+                                    const QStringList &arguments, int positionalCount);
+
+// The options of every command that opens a project: [PROJECT], --plc and --root.
+void addSessionOptions(QCommandLineParser &parser);
+
+// The session that they ask for, or nothing after a complaint; `exitCode` is then what to exit with.
+std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode &exitCode);
+
+} // namespace panelkit::simulator

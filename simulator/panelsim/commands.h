@@ -1,0 +1,13 @@
+// The commands of panelsim. Each takes its own name and its arguments, and prints its result on stdout.
+#pragma once
+
+#include "simulator/panelsim/commandline.h"
+
+#include <QStringList>
+
+namespace panelkit::simulator {
+
+ExitCode runServe(const QStringList &arguments);
+ExitCode runShow(const QStringList &arguments);
+
+} // namespace panelkit::simulator

@@ -1,0 +1,67 @@
+// panelsim: a panel on a PC. The first argument names the command; each command has a file of its own here.
+
+#include "simulator/panelsim/commandline.h"
+#include "simulator/panelsim/commands.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+using namespace panelkit::simulator;
+
+namespace {
+
+struct Command
+{
+    const char *name;
+    const char *summary;
+    ExitCode (*run)(const QStringList &arguments);
+};
+
+const Command commands[] = {
+    {"serve", "run the bottling line's PLC for other programs", runServe},
+    {"show", "show the values of a project's items", runShow},
+};
+
+void printHelp(FILE *stream)
+{
+    std::fputs(
+        "Usage: panelsim COMMAND [ARGUMENT]...\n\n"
+        "Plays a touch panel's runtime on this PC: with a project, links and a PLC over Modbus TCP.\n\n"
+        "Commands:\n",
+        stream);
+    for (const Command &command : commands)
+        std::fprintf(stream, "  %-12s %s\n", command.name, command.summary);
+    std::fputs("\n'panelsim COMMAND --help' says more; 'panelsim --version' prints the version.\n"
+               "Exit codes: 0 done, 1 refused or failed, 2 wrong use, 3 a PLC did not answer.\n",
+               stream);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("panelsim"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PANELKIT_VERSION));
+
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString name = arguments.value(1);
+    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+        printHelp(stdout);
+        return static_cast<int>(ExitCode::Done);
+    }
+    if (name == QLatin1String("--version") || name == QLatin1String("-v")) {
+        std::printf("panelsim %s\n", PANELKIT_VERSION);
+        return static_cast<int>(ExitCode::Done);
+    }
+    if (name.isEmpty()) {
+        printHelp(stderr);
+        return static_cast<int>(ExitCode::WrongUse);
+    }
+    for (const Command &command : commands)
+        if (name == QLatin1String(command.name))
+            return static_cast<int>(command.run(arguments.mid(1)));
+    complain(QStringLiteral("there is no command '%1': 'panelsim --help' lists them").arg(name));
+    return static_cast<int>(ExitCode::WrongUse);
+}

@@ -1,0 +1,176 @@
+#include "simulator/comm/communication.h"
+#include "simulator/host/itemdisplay.h"
+#include "simulator/panelsim/commands.h"
+#include "simulator/panelsim/interrupt.h"
+#include "simulator/panelsim/texttable.h"
+#include "simulator/project/valuetypes.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+
+#include <unistd.h>
+
+namespace panelkit::simulator {
+
+namespace {
+
+constexpr int redrawInterval = 500; // milliseconds
+
+QStringList hexWords(const QVector<quint16> &words)
+{
+    QStringList texts;
+    for (const quint16 word : words)
+        texts << QStringLiteral("%1").arg(word, 4, 16, QLatin1Char('0'));
+    return texts;
+}
+
+// Why the text of an item on that link need not be what the PLC holds; empty when it is.
+QString doubt(const Communication &comm, int linkNumber)
+{
+    switch (comm.linkState(linkNumber).condition) {
+    case LinkCondition::WithoutConnection:
+        return QStringLiteral("without connection");
+    case LinkCondition::Away:
+        return QStringLiteral("PLC away");
+    case LinkCondition::Disturbed:
+        return QStringLiteral("link disturbed");
+    case LinkCondition::Unknown:
+        return QStringLiteral("unknown link");
+    default:
+        return QString();
+    }
+}
+
+QString itemTable(const Session &session)
+{
+    QList<QStringList> rows{{QStringLiteral("ITEM"), QStringLiteral("ADDRESS"), QStringLiteral("WORDS"),
+                             QStringLiteral("TYPE"), QStringLiteral("VIEW"), QStringLiteral("SHOWN"),
+                             QString()}};
+    for (std::size_t i = 0; i < session.project().items.size(); ++i) {
+        const ItemDefinition &item = session.project().items[i];
+        const ItemDisplay display = displayItem(session, i);
+        rows << QStringList{item.name,
+                            display.address,
+                            hexWords(display.words).join(QLatin1Char(' ')),
+                            typeName(item.type),
+                            viewName(item.view),
+                            display.text,
+                            doubt(session.communication(), display.linkNumber)};
+    }
+    return alignedRows(rows);
+}
+
+QString linkTable(const Communication &comm)
+{
+    QList<QStringList> rows{{QStringLiteral("LINK"), QStringLiteral("NAME"), QStringLiteral("STATE")}};
+    for (const int number : comm.linkNumbers())
+        rows << QStringList{QString::number(number), comm.linkName(number), describe(comm.linkState(number))};
+    return alignedRows(rows);
+}
+
+QJsonObject snapshotJson(const Session &session)
+{
+    QJsonArray items;
+    for (std::size_t i = 0; i < session.project().items.size(); ++i) {
+        const ItemDefinition &item = session.project().items[i];
+        const ItemDisplay display = displayItem(session, i);
+        items << QJsonObject{{QStringLiteral("name"), item.name},
+                             {QStringLiteral("link"), display.linkNumber},
+                             {QStringLiteral("address"), display.address},
+                             {QStringLiteral("words"), QJsonArray::fromStringList(hexWords(display.words))},
+                             {QStringLiteral("type"), typeName(item.type)},
+                             {QStringLiteral("view"), viewName(item.view)},
+                             {QStringLiteral("text"), display.text}};
+    }
+    const Communication &comm = session.communication();
+    QJsonArray links;
+    for (const int number : comm.linkNumbers())
+        links << QJsonObject{{QStringLiteral("number"), number},
+                             {QStringLiteral("name"), comm.linkName(number)},
+                             {QStringLiteral("state"), describe(comm.linkState(number))}};
+    return {{QStringLiteral("project"), session.project().name},
+            {QStringLiteral("items"), items},
+            {QStringLiteral("links"), links}};
+}
+
+void printSnapshot(const Session &session, bool asJson, bool onOneLine)
+{
+    if (asJson) {
+        const auto format = onOneLine ? QJsonDocument::Compact : QJsonDocument::Indented;
+        print(QString::fromUtf8(QJsonDocument(snapshotJson(session)).toJson(format)));
+        if (onOneLine)
+            print(QStringLiteral("\n"));
+        return;
+    }
+    // The items first: reading them is what brings the links to life.
+    const QString items = itemTable(session);
+    print(items + QLatin1Char('\n') + linkTable(session.communication()));
+}
+
+void watch(const Session &session, bool asJson)
+{
+    const bool inPlace = !asJson && isatty(STDOUT_FILENO) != 0;
+    const auto redraw = [&session, asJson, inPlace] {
+        if (inPlace) {
+            print(QStringLiteral("\x1b[H\x1b[J"));
+            printSnapshot(session, false, false);
+            print(QStringLiteral("\nCtrl-C ends this.\n"));
+        } else {
+            printSnapshot(session, asJson, true);
+        }
+    };
+    if (inPlace) // the other screen, so that the terminal is afterwards as it was
+        print(QStringLiteral("\x1b[?1049h\x1b[?25l"));
+    quitOnInterrupt();
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, redraw);
+    timer.start(redrawInterval);
+    redraw();
+    QCoreApplication::exec();
+    if (inPlace)
+        print(QStringLiteral("\x1b[?25h\x1b[?1049l"));
+}
+
+bool everyPlcAnswers(const Communication &comm)
+{
+    for (const int number : comm.linkNumbers()) {
+        const LinkCondition condition = comm.linkState(number).condition;
+        if (condition == LinkCondition::Away || condition == LinkCondition::Disturbed)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+ExitCode runShow(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    addSessionOptions(parser);
+    parser.addOption(
+        {QStringLiteral("json"), QStringLiteral("Print JSON; with --watch one line each time.")});
+    parser.addOption({QStringLiteral("watch"), QStringLiteral("Draw anew twice a second, until Ctrl-C.")});
+    const auto ended = readOptions(
+        parser,
+        QStringLiteral("Shows each item of a project: its address, its words and the text on the screen."),
+        arguments, 1);
+    if (ended)
+        return *ended;
+    ExitCode exitCode = ExitCode::Done;
+    const auto session = openSession(parser, exitCode);
+    if (!session)
+        return exitCode;
+
+    watchItems(*session);
+    const bool asJson = parser.isSet(QStringLiteral("json"));
+    if (parser.isSet(QStringLiteral("watch")))
+        watch(*session, asJson);
+    else
+        printSnapshot(*session, asJson, false);
+    return everyPlcAnswers(session->communication()) ? ExitCode::Done : ExitCode::NoAnswer;
+}
+
+} // namespace panelkit::simulator

@@ -1,0 +1,71 @@
+// panelsim as a user runs it: with arguments, an exit code and two streams.
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+namespace panelkit::testing {
+
+// Generous: a verdict never hangs on the machine's speed.
+constexpr int programDeadline = 60'000; // milliseconds
+
+struct ProgramRun
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+inline ProgramRun runPanelsim(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(PANELSIM), arguments);
+    process.closeWriteChannel();
+    if (!process.waitForFinished(programDeadline) || process.exitStatus() != QProcess::NormalExit) {
+        ADD_FAILURE() << "panelsim " << arguments.join(QLatin1Char(' ')).toStdString()
+                      << " did not end by itself";
+        return {};
+    }
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+// `panelsim serve` from construction to destruction.
+class ServingPanelsim
+{
+public:
+    explicit ServingPanelsim(const QStringList &arguments = {})
+    {
+        m_process.start(QStringLiteral(PANELSIM), QStringList(QStringLiteral("serve")) + arguments);
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(programDeadline)) {
+        }
+        greeting = QString::fromUtf8(m_process.readLine());
+    }
+
+    ~ServingPanelsim()
+    {
+        m_process.terminate();
+        m_process.waitForFinished(programDeadline);
+    }
+
+    // Ends it as Ctrl-C does, and gives its exit code.
+    int end()
+    {
+        m_process.terminate();
+        EXPECT_TRUE(m_process.waitForFinished(programDeadline));
+        EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
+        return m_process.exitCode();
+    }
+
+    QString address() const { return greeting.section(QLatin1Char(' '), 5, 5).remove(QLatin1Char(';')); }
+
+    QString greeting;
+
+private:
+    QProcess m_process;
+};
+
+} // namespace panelkit::testing
