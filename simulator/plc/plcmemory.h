@@ -44,7 +44,6 @@ class PlcMemory
 {
 public:
     PlcMemory(const std::vector<int> &units, int countPerTable);
-    ~PlcMemory();
 
     // Calls `work` with the tables of `unit`, which nobody else reads or writes meanwhile. Returns whether
     // there is such a unit.

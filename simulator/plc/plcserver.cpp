@@ -81,6 +81,16 @@ Descriptor boundSocket(const std::string &address, std::uint16_t port)
     return Descriptor();
 }
 
+Descriptor openOrThrow(Descriptor socket, const PlcServer::Options &options)
+{
+    const int reason = errno;
+    if (!socket.isOpen())
+        throw std::system_error(reason, std::generic_category(),
+                                "cannot listen on " + options.address + " port " +
+                                    std::to_string(options.port));
+    return socket;
+}
+
 std::uint16_t portOf(const Descriptor &socket)
 {
     sockaddr_in where = {};
@@ -94,18 +104,15 @@ std::uint16_t portOf(const Descriptor &socket)
 class PlcServer::Private
 {
 public:
-    Private(PlcMemory &theMemory, const Options &theOptions)
+    Private(PlcMemory &theMemory, const Options &options)
         : memory(theMemory),
-          address(theOptions.address),
-          holder(boundSocket(address, theOptions.port)),
+          address(options.address),
+          holder(openOrThrow(boundSocket(address, options.port), options)),
           port(portOf(holder)),
-          wakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+          listener(openOrThrow(listeningSocket(), options)),
+          wakeUp(openOrThrow(Descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), options)),
+          thread([this] { run(); })
     {
-        if (!holder.isOpen() || !wakeUp.isOpen() || !listen())
-            throw std::system_error(errno, std::generic_category(),
-                                    "cannot listen on " + address + " port " +
-                                        std::to_string(theOptions.port));
-        thread = std::thread([this] { run(); });
     }
 
     ~Private()
@@ -126,7 +133,7 @@ public:
 
     void run();
     bool followPresence();
-    bool listen();
+    Descriptor listeningSocket() const;
     int pollTimeout(Clock::time_point now);
     void acceptClients();
     void receive(Client &client);
@@ -138,10 +145,9 @@ public:
     const std::string address;
     const Descriptor holder; // bound and never listening: keeps the port while the PLC is gone
     const std::uint16_t port;
-    const Descriptor wakeUp;
 
     // Of the server's thread.
-    Descriptor listener;
+    Descriptor listener; // closed while the PLC is gone
     std::list<Client> clients;
     ModbusResponder responder;
 
@@ -153,6 +159,7 @@ public:
     bool isListening = true;
     bool isStopping = false;
 
+    const Descriptor wakeUp;
     std::thread thread;
 };
 
@@ -193,7 +200,7 @@ bool PlcServer::Private::followPresence()
         clients.clear();
         listener = Descriptor();
     } else if (shouldListen && !listener.isOpen()) {
-        listen();
+        listener = listeningSocket();
     }
     isListening = listener.isOpen();
     counters.openConnections = static_cast<int>(clients.size());
@@ -201,13 +208,11 @@ bool PlcServer::Private::followPresence()
     return !isStopping;
 }
 
-bool PlcServer::Private::listen()
+// A closed one, and errno, when the port cannot be listened on.
+Descriptor PlcServer::Private::listeningSocket() const
 {
     Descriptor socket = boundSocket(address, port);
-    if (::listen(socket.number(), SOMAXCONN) != 0)
-        return false;
-    listener = std::move(socket);
-    return true;
+    return ::listen(socket.number(), SOMAXCONN) == 0 ? std::move(socket) : Descriptor();
 }
 
 // Milliseconds until something is to be done unasked, rounded up; -1 for nothing.
