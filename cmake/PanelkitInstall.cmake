@@ -42,5 +42,8 @@ if(PANELKIT_QT EQUAL 5)
 else()
   set(panelkit_pc_requires "Qt6Core Qt6Gui Qt6Widgets Qt6PrintSupport Qt6Core5Compat")
 endif()
+file(RELATIVE_PATH panelkit_pc_to_prefix
+  "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+string(REGEX REPLACE "/$" "" panelkit_pc_to_prefix "${panelkit_pc_to_prefix}")
 configure_file(cmake/panelkit.pc.in panelkit.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/panelkit.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
