@@ -1,7 +1,6 @@
 #include "register/textassign.h"
 
-#include <cstddef>
-#include <cstring>
+#include <algorithm>
 
 namespace panelkit {
 
@@ -24,12 +23,7 @@ QChar *write(QChar *to, std::string_view text)
     return to;
 }
 
-std::size_t bytesOf(const QString &text)
-{
-    return static_cast<std::size_t>(text.size()) * sizeof(QChar);
-}
-
-// Where the `size` characters of the new text are to be written.
+// Where the `size` characters of the new text are to be written; null for none.
 QChar *resized(QString &out, TextSize size, TextSize room)
 {
     if (!out.isDetached() || out.capacity() < size) {
@@ -39,7 +33,7 @@ QChar *resized(QString &out, TextSize size, TextSize room)
     }
     if (out.size() != size)
         out.resize(size);
-    return out.data();
+    return size == 0 ? nullptr : out.data();
 }
 
 } // namespace
@@ -56,10 +50,9 @@ void assignText(QString &out, std::string_view head, const QString &tail)
     const auto headSize = static_cast<TextSize>(head.size());
     const TextSize size = headSize + tail.size();
     if (out.size() == size && startsWith(out.constData(), head) &&
-        std::memcmp(out.constData() + headSize, tail.constData(), bytesOf(tail)) == 0)
+        std::equal(tail.constData(), tail.constData() + tail.size(), out.constData() + headSize))
         return;
-    QChar *end = write(resized(out, size, 0), head);
-    std::memcpy(static_cast<void *>(end), tail.constData(), bytesOf(tail));
+    std::copy_n(tail.constData(), tail.size(), write(resized(out, size, 0), head));
 }
 
 } // namespace panelkit

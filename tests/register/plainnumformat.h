@@ -27,10 +27,10 @@ inline QString plainFixed(double value, int decimals)
     return QString::fromLatin1(text.constData());
 }
 
-// In single precision, and never 0: no integer is divided by zero.
+// In single precision.
 inline double plainPowerOfTen(int decimals)
 {
-    return static_cast<double>(std::pow(10.0F, static_cast<float>(qMax(decimals, -45))));
+    return static_cast<double>(std::pow(10.0F, static_cast<float>(decimals)));
 }
 
 inline void plainDecimalDigits(QString &out, int totalDigits, int decimals)
@@ -75,6 +75,8 @@ inline QString plainInteger(qint64 value, int decimals)
 {
     if (decimals == 0)
         return QString("%1").arg(value);
+    if (decimals < -45)
+        decimals = -45; // below, the power is 0 and divides nothing
     return plainFixed(static_cast<double>(value) / plainPowerOfTen(decimals), decimals);
 }
 

@@ -1,0 +1,492 @@
+#include "register/numformat.h"
+
+#include "register/registervaluechange.h"
+#include "tests/support/panelfixture.h"
+
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+QVector<quint16> wordsOf(quint32 bits)
+{
+    return {static_cast<quint16>(bits), static_cast<quint16>(bits >> 16)};
+}
+
+QVector<quint16> wordsOf(float value)
+{
+    quint32 bits;
+    std::memcpy(&bits, &value, sizeof(bits));
+    return wordsOf(bits);
+}
+
+QString times(int count, char character)
+{
+    return QString(count, QLatin1Char(character));
+}
+
+} // namespace
+
+class ValueText : public panelkit::testing::PanelFixture
+{
+protected:
+    // The text of a register that holds `words`, read as many as there are.
+    QString show(const QVector<quint16> &words, int totalDigits, int decimals, NUM_DATA_TYPE type,
+                 NUM_DATA_VIEW_TYPE view = NUM_VIEW_DEC)
+    {
+        comm.words = words;
+        QString out = QStringLiteral("before");
+        EXPECT_TRUE(
+            getValueToQString({}, static_cast<int>(words.size()), totalDigits, decimals, type, view, out));
+        return out;
+    }
+};
+
+TEST_F(ValueText, IsZeroWithoutAReadWhenThereAreFewerDigitsThanDecimals)
+{
+    for (const int type : {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, INT_MIN}) {
+        SCOPED_TRACE(type);
+        EXPECT_EQ(show({0x1234, 0x5678}, 3, 4, static_cast<NUM_DATA_TYPE>(type)), QStringLiteral("0"));
+        EXPECT_EQ(show({0x1234, 0x5678}, 0, 0, static_cast<NUM_DATA_TYPE>(type)), QStringLiteral("0"));
+        EXPECT_EQ(show({0x1234, 0x5678}, -1, 0, static_cast<NUM_DATA_TYPE>(type)), QStringLiteral("0"));
+    }
+    EXPECT_TRUE(comm.calls.isEmpty());
+}
+
+TEST_F(ValueText, IsZeroForSuchDigitsEvenWithoutCommunication)
+{
+    takeCommunicationAway();
+    EXPECT_EQ(show({1}, 3, 4, NUM_UINT16), QStringLiteral("0"));
+}
+
+TEST_F(ValueText, FailsWithoutCommunicationAndLeavesTheTextAlone)
+{
+    QString out = QStringLiteral("before");
+    takeCommunicationAway();
+    EXPECT_FALSE(getValueToQString({}, 1, 5, 0, NUM_UINT16, NUM_VIEW_DEC, out));
+    EXPECT_EQ(out, QStringLiteral("before"));
+    panelkit::simulator::setApplicationRecord(nullptr);
+    EXPECT_FALSE(getValueToQString({}, 1, 5, 0, NUM_STRING, NUM_VIEW_DEC, out));
+    EXPECT_EQ(out, QStringLiteral("before"));
+}
+
+TEST_F(ValueText, ReadsTheRegisterOnceWithAtMost64Words)
+{
+    RegisterValueChange reg = {};
+    reg.linkId = 2;
+    reg.station = 3;
+    reg.index = 100;
+    reg.block[0] = 'D';
+    const struct
+    {
+        int wordCount;
+        const char *call;
+    } rows[] = {{1, "readAddressWords 2/3#D100 1"},
+                {64, "readAddressWords 2/3#D100 64"},
+                {65, "readAddressWords 2/3#D100 64"},
+                {100, "readAddressWords 2/3#D100 64"},
+                {INT_MAX, "readAddressWords 2/3#D100 64"}};
+    QString out;
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.wordCount);
+        comm.calls.clear();
+        EXPECT_TRUE(getValueToQString(reg, row.wordCount, 5, 0, NUM_UINT16, NUM_VIEW_DEC, out));
+        EXPECT_EQ(comm.calls, QStringList{QString::fromLatin1(row.call)});
+    }
+}
+
+TEST_F(ValueText, ShowsZerosForAReadThatFails)
+{
+    comm.words.clear();
+    const struct
+    {
+        NUM_DATA_TYPE type;
+        int decimals;
+        const char *expected;
+    } rows[] = {{NUM_BIT, 0, "0"},      {NUM_UINT16, 0, "0"},     {NUM_INT32, 2, "0.00"},
+                {NUM_BCD32, 2, "0.00"}, {NUM_FLOAT32, 2, "0.00"}, {NUM_FLOAT32, 0, "0"},
+                {NUM_STRING, 0, ""}};
+    for (const auto &row : rows) {
+        QString out = QStringLiteral("before");
+        EXPECT_TRUE(getValueToQString({}, 2, 5, row.decimals, row.type, NUM_VIEW_DEC, out));
+        EXPECT_EQ(out, QString::fromLatin1(row.expected)) << row.type;
+    }
+}
+
+TEST_F(ValueText, DropsDigitsOfUnsignedValuesFromTheLeft)
+{
+    EXPECT_EQ(show({12345}, 3, 0, NUM_UINT16), QStringLiteral("345"));
+    EXPECT_EQ(show({12345}, 5, 2, NUM_UINT16), QStringLiteral("123.45"));
+    EXPECT_EQ(show({12345}, 4, 2, NUM_UINT16), QStringLiteral("23.45"));
+    EXPECT_EQ(show({12345}, 2, 2, NUM_UINT16), QStringLiteral("0.45"));
+}
+
+TEST_F(ValueText, KeepsTheSignOfDigitsCutToZero)
+{
+    EXPECT_EQ(show({0xFFFF}, 5, 0, NUM_INT16), QStringLiteral("-1"));
+    EXPECT_EQ(show({0xFFFF}, 3, 1, NUM_INT16), QStringLiteral("-0.1"));
+    EXPECT_EQ(show({static_cast<quint16>(-10)}, 1, 0, NUM_INT16), QStringLiteral("-0"));
+    EXPECT_EQ(show({static_cast<quint16>(-10000)}, 4, 2, NUM_INT16), QStringLiteral("-00.00"));
+}
+
+TEST_F(ValueText, KeepsLeadingZerosWithDecimalsOnly)
+{
+    EXPECT_EQ(show({10005}, 4, 2, NUM_UINT16), QStringLiteral("00.05"));
+    EXPECT_EQ(show({10005}, 4, 0, NUM_UINT16), QStringLiteral("5"));
+}
+
+TEST_F(ValueText, ShowsUnsignedValuesInEachView)
+{
+    EXPECT_EQ(show({255}, 8, 0, NUM_UINT16, NUM_VIEW_HEX), QStringLiteral("ff"));
+    EXPECT_EQ(show({255}, 8, 0, NUM_UINT16, NUM_VIEW_OCT), QStringLiteral("377"));
+    for (const int view : {3, 9, -1, INT_MAX, INT_MIN})
+        EXPECT_EQ(show({255}, 8, 0, NUM_UINT16, static_cast<NUM_DATA_VIEW_TYPE>(view)),
+                  QStringLiteral("11111111"))
+            << view;
+    for (const int view : {0, 1, 2, 3, 9})
+        EXPECT_EQ(show({0}, 8, 0, NUM_UINT16, static_cast<NUM_DATA_VIEW_TYPE>(view)), QStringLiteral("0"))
+            << view;
+}
+
+TEST_F(ValueText, ShowsBcdDigitsOrThatTheyAreNone)
+{
+    EXPECT_EQ(show({0x1234}, 4, 2, NUM_BCD16), QStringLiteral("12.34"));
+    EXPECT_EQ(show({0x0005}, 4, 2, NUM_BCD16), QStringLiteral("0.05"));
+    for (const int decimals : {0, 2, -2}) {
+        for (const int digits : {2, 4, 8})
+            EXPECT_EQ(show({0x12AB}, digits, decimals, NUM_BCD16), QStringLiteral("NA")) << decimals;
+    }
+    EXPECT_EQ(show({0x1234, 0x5678}, 8, 0, NUM_BCD16), QStringLiteral("56781234")) << "all 32 bits";
+}
+
+TEST_F(ValueText, CutsTheLastDigitOfASingleInsteadOfRoundingIt)
+{
+    EXPECT_EQ(show(wordsOf(1.239F), 5, 2, NUM_FLOAT32), QStringLiteral("1.23"));
+    EXPECT_EQ(show(wordsOf(-1.239F), 5, 2, NUM_FLOAT32), QStringLiteral("-1.23"));
+    EXPECT_EQ(show(wordsOf(9.9996F), 5, 2, NUM_FLOAT32), QStringLiteral("10.00")) << "the extra digit rounds";
+}
+
+TEST_F(ValueText, RoundsTheExtraDigitOfASingleWithTiesToEven)
+{
+    EXPECT_EQ(show(wordsOf(0.0625F), 9, 2, NUM_FLOAT32), QStringLiteral("0.06")); // 0.062|5 -> 0.062
+    EXPECT_EQ(show(wordsOf(0.1875F), 9, 2, NUM_FLOAT32), QStringLiteral("0.18")); // 0.187|5 -> 0.188
+    // Ties where it shows: ...9.5 goes to the even neighbour and carries, ...0.5 stays.
+    EXPECT_EQ(show(wordsOf(0.59375F), 9, 3, NUM_FLOAT32), QStringLiteral("0.593")); // 0.5937|5 -> 0.5938
+    EXPECT_EQ(show(wordsOf(0.99951171875F), 9, 9, NUM_FLOAT32), QStringLiteral("0.999511718")); // ...7187|5
+    EXPECT_EQ(show(wordsOf(0.00048828125F), 12, 9, NUM_FLOAT32), QStringLiteral("0.000488281"));
+    EXPECT_EQ(show(wordsOf(0.998046875F), 12, 7, NUM_FLOAT32), QStringLiteral("0.9980468")); // ...4687|5
+}
+
+TEST_F(ValueText, ShowsNoSingleThatIsNoNumber)
+{
+    for (const float value : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                              -std::numeric_limits<float>::infinity()}) {
+        EXPECT_EQ(show(wordsOf(value), 5, 0, NUM_FLOAT32), QStringLiteral("0"));
+        EXPECT_EQ(show(wordsOf(value), 5, 2, NUM_FLOAT32), QStringLiteral("0.00"));
+    }
+}
+
+TEST_F(ValueText, ShowsTheWholePartOfASingleHoweverLarge)
+{
+    EXPECT_EQ(show(wordsOf(-0.75F), 5, 0, NUM_FLOAT32), QStringLiteral("0"));
+    EXPECT_EQ(show(wordsOf(4294967296.0F), 1, 0, NUM_FLOAT32), QStringLiteral("4294967296"));
+    EXPECT_EQ(show(wordsOf(-3e38F), 1, 0, NUM_FLOAT32),
+              QStringLiteral("-300000000549775575777803994281145270272"));
+    EXPECT_EQ(show(wordsOf(-12.75F), 5, -3, NUM_FLOAT32), QStringLiteral("-12"));
+}
+
+TEST_F(ValueText, KeepsTheSignOfASinglesNegativeZeroWithDecimals)
+{
+    EXPECT_EQ(show(wordsOf(-0.0F), 5, 2, NUM_FLOAT32), QStringLiteral("-0.00"));
+    EXPECT_EQ(show(wordsOf(-0.0001F), 5, 2, NUM_FLOAT32), QStringLiteral("-0.00"));
+    EXPECT_EQ(show(wordsOf(-0.0F), 5, 0, NUM_FLOAT32), QStringLiteral("0"));
+}
+
+TEST_F(ValueText, EndsAStringOf128CharactersWithinTheBuffer)
+{
+    QVector<quint16> words(100, 0x4141);
+    EXPECT_EQ(show(words, 5, 0, NUM_STRING), times(128, 'A'));
+}
+
+TEST_F(ValueText, DecodesAStringInTheLocalEncoding)
+{
+    const QString text = QString::fromUtf8("\xE6\xB8\xA9\xE5\xBA\xA6 25");
+    QByteArray bytes = text.toLocal8Bit();
+    ASSERT_EQ(QString::fromLocal8Bit(bytes), text) << "the locale cannot hold the text of this test";
+    bytes.append(bytes.size() % 2 == 0 ? 2 : 1, '\0');
+    QVector<quint16> words(static_cast<int>(bytes.size()) / 2);
+    std::memcpy(words.data(), bytes.constData(), static_cast<std::size_t>(words.size()) * 2);
+    EXPECT_EQ(show(words, 5, 0, NUM_STRING), text);
+    EXPECT_EQ(show({0x80FF, 0}, 5, 0, NUM_STRING), QString::fromLocal8Bit("\xFF\x80"));
+}
+
+TEST_F(ValueText, IsEmptyForTypesOutsideOfTheEnumeration)
+{
+    for (const int type : {8, -2, 100, INT_MAX, INT_MIN})
+        EXPECT_EQ(show({1, 2}, 5, 2, static_cast<NUM_DATA_TYPE>(type)), QString()) << type;
+}
+
+TEST_F(ValueText, DividesByAPowerOfTenInSinglePrecision)
+{
+    // 10^11 is 99999997952 there, 10^12 is 999999995904.
+    EXPECT_EQ(show(wordsOf(4294967295U), 12, 11, NUM_UINT32), QStringLiteral("0.04294967383"));
+    EXPECT_EQ(show(wordsOf(4294967295U), 11, 10, NUM_UINT32), QStringLiteral("0.4294967295"));
+    EXPECT_EQ(show(wordsOf(0xFFFFFFFFU), 13, 12, NUM_INT32), QStringLiteral("-0.000000000001"));
+    EXPECT_EQ(show(wordsOf(4294967295U), 40, 39, NUM_UINT32), QLatin1String("0.") + times(39, '0'));
+    EXPECT_EQ(show(wordsOf(0xFFFFFFFFU), 40, 39, NUM_INT32), QLatin1String("-0.") + times(39, '0'));
+}
+
+TEST_F(ValueText, CountsMoreThan1024DecimalsAs1024)
+{
+    for (const int decimals : {1024, 1025, 100000, INT_MAX}) {
+        SCOPED_TRACE(decimals);
+        EXPECT_EQ(show({5}, INT_MAX, decimals, NUM_UINT16), QLatin1String("0.") + times(1024, '0'));
+        EXPECT_EQ(show({5}, INT_MAX, decimals, NUM_BCD16),
+                  QLatin1String("0.") + times(1023, '0') + times(1, '5'));
+        EXPECT_EQ(show(wordsOf(-1.5F), INT_MAX, decimals, NUM_FLOAT32),
+                  QLatin1String("-1.5") + times(1023, '0'));
+    }
+    EXPECT_EQ(show({5}, INT_MAX - 1, INT_MAX, NUM_UINT16), QStringLiteral("0"))
+        << "still fewer digits than decimals";
+    const QString largest = show(wordsOf(0x7F7FFFFFU), INT_MAX, INT_MAX, NUM_FLOAT32);
+    EXPECT_EQ(largest, QLatin1String("340282346638528859811704183484516925440.") + times(1024, '0'));
+}
+
+TEST_F(ValueText, TakesNegativeDecimalsOfIntegersAsTheCFormatDoes)
+{
+    // Times 10^-decimals, single precision again, with the 6 decimals of a format without a precision.
+    EXPECT_EQ(show({5}, 12, -1, NUM_UINT16), QStringLiteral("49.999999"));
+    EXPECT_EQ(show({5}, 4, -1, NUM_UINT16), QStringLiteral("9999"));
+    EXPECT_EQ(show({0xFFFB}, -1, -2, NUM_INT16), QStringLiteral("-500.000011"));
+    EXPECT_EQ(show({0}, 12, -1, NUM_UINT16), QStringLiteral(".000000"));
+    EXPECT_EQ(show({0x1234}, 3, -2, NUM_BCD16), QStringLiteral("234"));
+}
+
+TEST_F(ValueText, SurvivesTheExtremesOfEveryArgument)
+{
+    const int extremes[] = {INT_MIN, INT_MIN + 1, -1025, -46,  -45,  -1,          0,
+                            1,       9,           10,    1024, 1025, INT_MAX - 1, INT_MAX};
+    for (const quint32 bits : {0U, 1U, 0x80000000U, 0x7F7FFFFFU, 0xFF7FFFFFU, 0x99999999U, 0xFFFFFFFFU}) {
+        for (int type = -2; type <= 8; ++type) {
+            for (const int digits : extremes) {
+                for (const int decimals : extremes) {
+                    const QString text =
+                        show(wordsOf(bits), digits, decimals, static_cast<NUM_DATA_TYPE>(type));
+                    ASSERT_LE(text.size(), 1100);
+                    ASSERT_NE(text, QStringLiteral("before"));
+                }
+            }
+        }
+    }
+}
+
+TEST(DoubleText, CutsTheFractionAfterTheBias)
+{
+    const struct
+    {
+        double value;
+        int decimals;
+        const char *expected;
+    } rows[] = {
+        {2.999999999, 2, "3.00"},
+        {-2.999999999, 2, "-3.00"},
+        {2.99, 1, "2.9"},
+        {-2.99, 1, "-2.9"},
+        {-0.5, 1, "-0.5"},
+        {-0.25, 2, "-0.25"},
+        {0.25, 2, "0.25"},
+        {0.0, 2, "0.00"},
+        {-0.0, 2, "0.00"},
+        {-0.001, 2, "-0.00"},
+        {0.05, 2, "0.05"},
+        {0.29, 2, "0.29"},
+        {1234567.891, 3, "1234567.891"},
+        {3.0, 7, "3.0000000"},
+        {3.0, 8, "3.00000001"},
+        {-3.0, 8, "-3.00000001"},
+        {3.7, -1, "3."},
+        {-0.7, -5, "-0."},
+        {1e18, 1, "1000000000000000000.0"},
+        {std::numeric_limits<double>::quiet_NaN(), 2, "0.00"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(doubleToQString(row.value, row.decimals), QString::fromLatin1(row.expected)) << row.value;
+}
+
+TEST(DoubleText, IsTheGeneralFormWithoutDecimals)
+{
+    EXPECT_EQ(doubleToQString(3.0, 0), QStringLiteral("3"));
+    EXPECT_EQ(doubleToQString(0.1, 0), QStringLiteral("0.1"));
+    EXPECT_EQ(doubleToQString(1234567.0, 0), QStringLiteral("1.23457e+06"));
+    EXPECT_EQ(doubleToQString(-0.00001, 0), QStringLiteral("-1e-05"));
+}
+
+TEST(DoubleText, SaturatesBeyond64Bits)
+{
+    EXPECT_EQ(doubleToQString(1e300, 1), QStringLiteral("9223372036854775807.9223372036854775807"));
+    EXPECT_EQ(doubleToQString(-1e300, 1), QStringLiteral("-9223372036854775808.9223372036854775807"));
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(doubleToQString(infinity, 1), QStringLiteral("9223372036854775807.9223372036854775807"));
+    EXPECT_EQ(doubleToQString(-infinity, 1), QStringLiteral("-9223372036854775808.9223372036854775807"));
+    EXPECT_EQ(doubleToQString(0.5, 30),
+              QLatin1String("0.") + times(11, '0') + QLatin1String("9223372036854775807"));
+}
+
+TEST(DoubleText, CountsMoreThan1024DecimalsAs1024)
+{
+    const QString expected = QLatin1String("1.") + times(1005, '0') + QLatin1String("9223372036854775807");
+    for (const int decimals : {1024, 1025, INT_MAX})
+        EXPECT_EQ(doubleToQString(1.5, decimals), expected) << decimals;
+    EXPECT_EQ(doubleToQString(1.5, INT_MIN), QStringLiteral("1."));
+}
+
+class SingleText : public ::testing::Test
+{
+protected:
+    static QString text(float value)
+    {
+        unsigned char bytes[sizeof(value) + 1];
+        std::memcpy(bytes + 1, &value, sizeof(value)); // at an odd address
+        QString out = QStringLiteral("before");
+        EXPECT_TRUE(ieee754TofloatStr(bytes + 1, out));
+        return out;
+    }
+};
+
+TEST_F(SingleText, HasAboutSevenSignificantDigits)
+{
+    const struct
+    {
+        float value;
+        const char *expected;
+    } rows[] = {
+        {3.0F, "3"},
+        {-3.0F, "-3"},
+        {12.5F, "12.5"},
+        {0.1F, "0.1"},
+        {-0.1F, "-0.1"},
+        {1.0F / 3.0F, "0.3333333"},
+        {-1.0F / 3.0F, "-0.3333333"},
+        {100.0F / 3.0F, "33.33333"},
+        {-100.0F / 3.0F, "-33.3333"},
+        {123456.789F, "123456.8"},
+        {-123456.789F, "-123457"},
+        {99999.99F, "99999.99"},
+        {999999.94F, "999999.9"},
+        {0.99999994F, "0.9999999"},
+        {1e-5F, "0.00001"},
+        {10.0F, "10"},
+        {1000000.0F, "1000000"},
+        {8388608.0F, "8388608"},
+        {-16777216.0F, "-16777216"},
+        {20.5F, "20.5"},
+        {200.05F, "200.05"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(text(row.value), QString::fromLatin1(row.expected)) << row.value;
+}
+
+TEST_F(SingleText, IsZeroPointZeroForZeroAndForWhatIsNoNumber)
+{
+    const float infinity = std::numeric_limits<float>::infinity();
+    for (const float value : {0.0F, -0.0F, infinity, -infinity, std::numeric_limits<float>::quiet_NaN()})
+        EXPECT_EQ(text(value), QStringLiteral("0.0")) << value;
+    QString out;
+    EXPECT_TRUE(ieee754TofloatStr(nullptr, out));
+    EXPECT_EQ(out, QStringLiteral("0.0"));
+}
+
+TEST_F(SingleText, LosesAllButItsZeroWhenItIsTiny)
+{
+    EXPECT_EQ(text(1e-10F), QStringLiteral("0"));
+    EXPECT_EQ(text(-1e-10F), QStringLiteral("-0"));
+    EXPECT_EQ(text(std::numeric_limits<float>::denorm_min()), QStringLiteral("0"));
+    EXPECT_EQ(text(6e-8F), QStringLiteral("0.0000001"));
+}
+
+TEST_F(SingleText, WritesWholeNumbersInFixedNotationHoweverLarge)
+{
+    EXPECT_EQ(text(4294967040.0F), QStringLiteral("4294967040"));
+    EXPECT_EQ(text(4294967296.0F), QStringLiteral("4294967296"));
+    EXPECT_EQ(text(-1e20F), QStringLiteral("-100000002004087734272"));
+    EXPECT_EQ(text(std::numeric_limits<float>::max()),
+              QStringLiteral("340282346638528859811704183484516925440"));
+}
+
+TEST_F(SingleText, RoundsTiesAwayFromZero)
+{
+    EXPECT_EQ(text(-123456.5F), QStringLiteral("-123457"));
+    EXPECT_EQ(text(1234560.5F), QStringLiteral("1234561"));
+    EXPECT_EQ(text(131072.25F), QStringLiteral("131072.3"));
+    EXPECT_EQ(text(-99999.25F), QStringLiteral("-99999.3"));
+}
+
+TEST_F(SingleText, LosesTheZerosOfAnIntegerThatLeavesNoRoomForDecimals)
+{
+    EXPECT_EQ(text(1234560.25F), QStringLiteral("123456"));
+    EXPECT_EQ(text(1000000.25F), QStringLiteral("1"));
+    EXPECT_EQ(text(-100000.25F), QStringLiteral("-1"));
+    EXPECT_EQ(text(999999.96875F), QStringLiteral("1000000"))
+        << "0 decimals behind a carry, the point's zeros only";
+    EXPECT_EQ(text(-999999.75F), QStringLiteral("-1"));
+}
+
+TEST_F(SingleText, HasTwoPointsForSevenDigitsBehindAMinus)
+{
+    const struct
+    {
+        float value;
+        const char *expected;
+    } rows[] = {
+        {-1000000.0625F, "-1000000..063"}, {-1000000.125F, "-1000000..13"}, {-1000000.1875F, "-1000000..19"},
+        {-1000000.25F, "-1000000..25"},    {-1000000.5F, "-1000000..5"},    {-1048575.9375F, "-1048575..94"},
+        {-2097151.625F, "-2097151..63"},   {-8388607.5F, "-8388607..5"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(text(row.value), QString::fromLatin1(row.expected));
+}
+
+TEST(DoubleComparison, HasATolerance)
+{
+    EXPECT_TRUE(doubleCmp_Equ(1.0, 1.000000005));
+    EXPECT_FALSE(doubleCmp_Equ(1.0, 1.00000002));
+    EXPECT_FALSE(doubleCmp_More(1.000000005, 1.0));
+    EXPECT_TRUE(doubleCmp_More(1.00000002, 1.0));
+    EXPECT_FALSE(doubleCmp_More(1.0, 1.00000002));
+    EXPECT_FALSE(doubleCmp_Less(1.0, 1.000000005));
+    EXPECT_TRUE(doubleCmp_Less(1.0, 1.00000002));
+    EXPECT_FALSE(doubleCmp_Less(1.00000002, 1.0));
+    EXPECT_TRUE(doubleCmp_MoreEqu(1.0, 1.000000005));
+    EXPECT_FALSE(doubleCmp_MoreEqu(1.0, 1.00000002));
+    EXPECT_TRUE(doubleCmp_MoreEqu(2.0, 1.0));
+    EXPECT_TRUE(doubleCmp_LessEqu(1.000000005, 1.0));
+    EXPECT_FALSE(doubleCmp_LessEqu(1.00000002, 1.0));
+    EXPECT_TRUE(doubleCmp_LessEqu(1.0, 2.0));
+}
+
+TEST(DoubleComparison, CountsTheToleranceItselfAsEqualOnly)
+{
+    EXPECT_TRUE(doubleCmp_Equ(1e-8, 0.0));
+    EXPECT_TRUE(doubleCmp_Equ(0.0, 1e-8));
+    EXPECT_FALSE(doubleCmp_More(1e-8, 0.0));
+    EXPECT_FALSE(doubleCmp_Less(0.0, 1e-8));
+    EXPECT_FALSE(doubleCmp_MoreEqu(0.0, 1e-8));
+    EXPECT_FALSE(doubleCmp_LessEqu(1e-8, 0.0));
+}
+
+TEST(DoubleComparison, IsFalseForWhatIsNoNumber)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const auto compare :
+         {doubleCmp_More, doubleCmp_Less, doubleCmp_MoreEqu, doubleCmp_LessEqu, doubleCmp_Equ}) {
+        EXPECT_FALSE(compare(nan, 1.0));
+        EXPECT_FALSE(compare(1.0, nan));
+        EXPECT_FALSE(compare(nan, nan));
+        EXPECT_FALSE(compare(infinity, infinity)) << "their difference is none";
+    }
+    EXPECT_TRUE(doubleCmp_More(infinity, 1.0));
+    EXPECT_TRUE(doubleCmp_Less(-infinity, 1.0));
+}
