@@ -119,11 +119,11 @@ std::string_view unsignedText(quint32 value, int totalDigits, int decimals, NUM_
 
 std::string_view bcdText(quint32 value, int totalDigits, int decimals, NumberBuffer &buffer)
 {
+    if ((value & (value << 1 | value << 2) & 0x88888888) != 0) // a digit above 9 has the bits 8 and 4 or 2
+        return "NA";
     char digits[8];
     const char *digitsEnd = std::to_chars(digits, std::end(digits), value, 16).ptr;
     const auto size = static_cast<int>(digitsEnd - digits);
-    if (std::any_of(digits, digits + size, [](char digit) { return digit > '9'; }))
-        return "NA";
     char *begin = buffer + 1;
     char *end =
         decimals > 0 ? writeWithPoint(begin, digits, size, decimals) : std::copy_n(digits, size, begin);

@@ -184,7 +184,7 @@ public:
         : m_function(function),
           m_refresh(refresh)
     {
-        std::memcpy(m_register.block, block, qstrnlen(block, sizeof(m_register.block)));
+        std::memcpy(m_register.block, block, std::strlen(block));
         m_register.linkId = linkId;
         m_register.station = 3;
         for (int i = 0; i < inputs; ++i)

@@ -38,7 +38,7 @@ protected:
         reg.linkId = linkId;
         reg.station = 3;
         reg.index = index;
-        std::memcpy(reg.block, block, qstrnlen(block, sizeof(reg.block)));
+        std::memcpy(reg.block, block, std::strlen(block));
         return reg;
     }
 

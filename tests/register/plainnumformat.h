@@ -230,7 +230,9 @@ inline bool plainIeee754TofloatStr(unsigned char *bytes, QString &out)
         if (wholeText.length() <= limit) {
             out = QString("%1").arg(static_cast<double>(value), 0, 'f',
                                     limit - static_cast<int>(wholeText.length()));
-            out.replace(QRegExp("(\\.){0,1}0+$"), "");
+            const int zeros = QRegExp("(\\.){0,1}0+$").indexIn(out);
+            if (zeros >= 0)
+                out.truncate(zeros);
         } else {
             const QString restText = QString("%1").arg(static_cast<double>(rest), 0, 'g',
                                                        10 - static_cast<int>(wholeText.length()));
