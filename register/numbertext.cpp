@@ -157,23 +157,15 @@ Single partsOfSingle(quint32 bits)
     return single;
 }
 
-enum class Ties
-{
-    ToEven,       // as the C format rounds
-    AwayFromZero, // as the toolkit does
-};
-
-// numerator / 2^shift in units of 10^-decimals, rounded; a carry into the whole gives 10^decimals.
-quint32 roundedDecimals(quint32 numerator, int shift, int decimals, Ties ties)
+// numerator / 2^shift in units of 10^-decimals, ties away from zero; a carry into the whole gives
+// 10^decimals.
+quint32 roundedDecimals(quint32 numerator, int shift, int decimals)
 {
     if (shift == 0 || shift > 62) // the product below is less than 2^54
         return 0;
     const quint64 product = static_cast<quint64>(numerator) * powersOfTen[decimals];
-    const auto quotient = static_cast<quint32>(product >> shift);
-    const quint64 rest = product & ((Q_UINT64_C(1) << shift) - 1);
     const quint64 half = Q_UINT64_C(1) << (shift - 1);
-    const bool up = rest > half || (rest == half && (ties == Ties::AwayFromZero || quotient % 2 == 1));
-    return quotient + (up ? 1 : 0);
+    return static_cast<quint32>((product + half) >> shift);
 }
 
 // `value` with as many digits as asked for; zeros lead.
@@ -187,10 +179,10 @@ char *writePadded(char *to, quint32 value, int digits)
 }
 
 // Writes the magnitude of a single below 2^32, rounded to `decimals` decimals, 0 to 9.
-char *writeRounded(char *to, char *limit, const Single &single, int decimals, Ties ties)
+char *writeRounded(char *to, char *limit, const Single &single, int decimals)
 {
     quint32 whole = single.whole;
-    quint32 fraction = roundedDecimals(single.numerator, single.shift, decimals, ties);
+    quint32 fraction = roundedDecimals(single.numerator, single.shift, decimals);
     if (fraction == powersOfTen[decimals]) {
         fraction = 0;
         ++whole;
@@ -226,10 +218,11 @@ std::string_view singleText(quint32 bits, int decimals, NumberBuffer &buffer)
         char *end = std::to_chars(begin, limit, single.whole).ptr;
         return withSign(begin, end, single.negative && single.whole != 0);
     }
-    // One decimal more than wanted, which is cut again: the last digit shown is not rounded.
-    char *end = single.wholeFits && decimals < fastDecimals
-                    ? writeRounded(begin, limit, single, decimals + 1, Ties::ToEven)
-                    : writeExact(begin, limit, bits, decimals + 1);
+    // One decimal more than wanted, which is cut again: the last digit shown is not rounded. A tie has a 2 or
+    // a 7 in that decimal (5 times an odd number, halved), so that neither way of rounding it reaches what is
+    // shown.
+    char *end = single.wholeFits && decimals < fastDecimals ? writeRounded(begin, limit, single, decimals + 1)
+                                                            : writeExact(begin, limit, bits, decimals + 1);
     return withSign(begin, end - 1, single.negative);
 }
 
@@ -289,15 +282,14 @@ std::string_view shortSingleText(quint32 bits, NumberBuffer &buffer)
     const auto wholeSize = static_cast<int>(end - begin) + (single.negative && single.whole != 0 ? 1 : 0);
     const int decimals = (single.whole == 0 ? 8 : 7) - wholeSize;
     if (decimals >= 0) {
-        end = writeRounded(begin, limit, single, decimals, Ties::AwayFromZero);
+        end = writeRounded(begin, limit, single, decimals);
     } else {
         // A minus and 7 digits. Two significant digits of the fraction follow, and of "-0.25" only the first
         // two characters are dropped: its point stays behind the number's own.
         const bool belowTenth = single.numerator * 10 < 1U << single.shift;
         const int digits = belowTenth ? 3 : 2;
         end = std::fill_n(end, 2, '.');
-        end = writePadded(end, roundedDecimals(single.numerator, single.shift, digits, Ties::AwayFromZero),
-                          digits);
+        end = writePadded(end, roundedDecimals(single.numerator, single.shift, digits), digits);
     }
     // Without decimals this takes the zeros of the integer.
     while (end[-1] == '0')

@@ -97,6 +97,17 @@ TEST_F(ValueText, ReadsTheRegisterOnceWithAtMost64Words)
     }
 }
 
+TEST_F(ValueText, AsksForNoReadOfNoWords)
+{
+    comm.words = {7};
+    for (const int wordCount : {0, -1, INT_MIN}) {
+        QString out;
+        EXPECT_TRUE(getValueToQString({}, wordCount, 5, 0, NUM_UINT16, NUM_VIEW_DEC, out));
+        EXPECT_EQ(out, QStringLiteral("0"));
+    }
+    EXPECT_TRUE(comm.calls.isEmpty());
+}
+
 TEST_F(ValueText, ShowsZerosForAReadThatFails)
 {
     comm.words.clear();
@@ -168,15 +179,13 @@ TEST_F(ValueText, CutsTheLastDigitOfASingleInsteadOfRoundingIt)
     EXPECT_EQ(show(wordsOf(9.9996F), 5, 2, NUM_FLOAT32), QStringLiteral("10.00")) << "the extra digit rounds";
 }
 
-TEST_F(ValueText, RoundsTheExtraDigitOfASingleWithTiesToEven)
+TEST_F(ValueText, CutsTheExtraDigitOfATieWhicheverWayItRounds)
 {
-    EXPECT_EQ(show(wordsOf(0.0625F), 9, 2, NUM_FLOAT32), QStringLiteral("0.06")); // 0.062|5 -> 0.062
-    EXPECT_EQ(show(wordsOf(0.1875F), 9, 2, NUM_FLOAT32), QStringLiteral("0.18")); // 0.187|5 -> 0.188
-    // Ties where it shows: ...9.5 goes to the even neighbour and carries, ...0.5 stays.
-    EXPECT_EQ(show(wordsOf(0.59375F), 9, 3, NUM_FLOAT32), QStringLiteral("0.593")); // 0.5937|5 -> 0.5938
-    EXPECT_EQ(show(wordsOf(0.99951171875F), 9, 9, NUM_FLOAT32), QStringLiteral("0.999511718")); // ...7187|5
-    EXPECT_EQ(show(wordsOf(0.00048828125F), 12, 9, NUM_FLOAT32), QStringLiteral("0.000488281"));
-    EXPECT_EQ(show(wordsOf(0.998046875F), 12, 7, NUM_FLOAT32), QStringLiteral("0.9980468")); // ...4687|5
+    EXPECT_EQ(show(wordsOf(0.0625F), 9, 2, NUM_FLOAT32), QStringLiteral("0.06"));     // 0.062|5
+    EXPECT_EQ(show(wordsOf(0.1875F), 9, 2, NUM_FLOAT32), QStringLiteral("0.18"));     // 0.187|5
+    EXPECT_EQ(show(wordsOf(-0.59375F), 9, 3, NUM_FLOAT32), QStringLiteral("-0.593")); // 0.5937|5
+    EXPECT_EQ(show(wordsOf(0.998046875F), 12, 7, NUM_FLOAT32), QStringLiteral("0.9980468"));
+    EXPECT_EQ(show(wordsOf(0.99951171875F), 12, 9, NUM_FLOAT32), QStringLiteral("0.999511718"));
 }
 
 TEST_F(ValueText, ShowsNoSingleThatIsNoNumber)
@@ -220,6 +229,19 @@ TEST_F(ValueText, DecodesAStringInTheLocalEncoding)
     std::memcpy(words.data(), bytes.constData(), static_cast<std::size_t>(words.size()) * 2);
     EXPECT_EQ(show(words, 5, 0, NUM_STRING), text);
     EXPECT_EQ(show({0x80FF, 0}, 5, 0, NUM_STRING), QString::fromLocal8Bit("\xFF\x80"));
+}
+
+TEST_F(ValueText, LeavesAStringAloneThatIsTheSameOnceDecoded)
+{
+    const QByteArray bytes = QString::fromUtf8("\xC3\xBC").toLocal8Bit() + QByteArray(4, '\0');
+    comm.words = QVector<quint16>(2);
+    std::memcpy(comm.words.data(), bytes.constData(), 4);
+    QString out;
+    EXPECT_TRUE(getValueToQString({}, 2, 5, 0, NUM_STRING, NUM_VIEW_DEC, out));
+    const QString copy = out;
+    EXPECT_TRUE(getValueToQString({}, 2, 5, 0, NUM_STRING, NUM_VIEW_DEC, out));
+    EXPECT_EQ(out, QString::fromUtf8("\xC3\xBC"));
+    EXPECT_EQ(out.constData(), copy.constData()) << "still one text";
 }
 
 TEST_F(ValueText, IsEmptyForTypesOutsideOfTheEnumeration)

@@ -27,9 +27,9 @@ TEST(TextAssign, ReadsLatin1)
     QString out;
     assignText(out, "\xB0\x43");
     EXPECT_EQ(out, QString::fromUtf8("\xC2\xB0\x43"));
-    const AllocationCounter counter;
+    const QString copy = out;
     assignText(out, "\xB0\x43");
-    EXPECT_EQ(counter.count(), 0);
+    EXPECT_EQ(out.constData(), copy.constData()) << "recognised as the same";
 }
 
 TEST(TextAssign, LeavesAnEqualTextAloneEvenWhenItIsShared)
