@@ -44,10 +44,8 @@ private:
 bool conversionAddr2UIText(const RegisterValueChange &reg, const QString &indexText, InterfaceComm *comm,
                            QString &out)
 {
-    if (&indexText == &out) {
-        const QString copy = indexText;
-        return conversionAddr2UIText(reg, copy, comm, out);
-    }
+    if (&indexText == &out)
+        return conversionAddr2UIText(reg, QString(indexText), comm, out);
     AddressHead head;
     if (isInternal(reg)) {
         head.appendBlock(reg);

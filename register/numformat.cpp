@@ -23,12 +23,12 @@ void assignNumber(QString &out, std::string_view text, int decimals)
 }
 
 // ASCII is the same in every local encoding; only other text is worth a decoder and its allocation.
-void assignLocal8Bit(QString &out, const char *bytes)
+void assignLocal8Bit(QString &out, const char *bytes, int room)
 {
     const std::string_view text(bytes);
     if (std::all_of(text.begin(), text.end(),
                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; })) {
-        panelkit::assignText(out, text);
+        panelkit::assignText(out, text, room);
         return;
     }
     const QString decoded = QString::fromLocal8Bit(text.data(), static_cast<panelkit::TextSize>(text.size()));
@@ -49,10 +49,11 @@ bool getValueToQString(const RegisterValueChange &reg, int wordCount, int totalD
     if (comm == nullptr)
         return false;
     alignas(quint32) char words[maximumWords * sizeof(quint16) + 2] = {}; // always ends in NUL
+    wordCount = std::clamp(wordCount, 0, maximumWords);
     if (wordCount > 0)
-        comm->readAddressWords(&reg, std::min(wordCount, maximumWords), words);
+        comm->readAddressWords(&reg, wordCount, words);
     if (type == NUM_STRING) {
-        assignLocal8Bit(out, words);
+        assignLocal8Bit(out, words, wordCount * 2);
         return true;
     }
     panelkit::NumberBuffer buffer;

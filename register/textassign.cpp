@@ -23,8 +23,7 @@ QChar *write(QChar *to, std::string_view text)
     return to;
 }
 
-// Where the `size` characters of the new text are to be written; null for none.
-QChar *resized(QString &out, TextSize size, TextSize room)
+void resize(QString &out, TextSize size, TextSize room)
 {
     if (!out.isDetached() || out.capacity() < size) {
         out = QString(); // gives the old buffer back before the new one is asked for
@@ -33,7 +32,6 @@ QChar *resized(QString &out, TextSize size, TextSize room)
     }
     if (out.size() != size)
         out.resize(size);
-    return size == 0 ? nullptr : out.data();
 }
 
 } // namespace
@@ -41,8 +39,11 @@ QChar *resized(QString &out, TextSize size, TextSize room)
 void assignText(QString &out, std::string_view text, TextSize room)
 {
     const auto size = static_cast<TextSize>(text.size());
-    if (out.size() != size || !startsWith(out.constData(), text))
-        write(resized(out, size, room), text);
+    if (out.size() == size && startsWith(out.constData(), text))
+        return;
+    resize(out, size, room);
+    if (size > 0)
+        write(out.data(), text);
 }
 
 void assignText(QString &out, std::string_view head, const QString &tail)
@@ -52,7 +53,9 @@ void assignText(QString &out, std::string_view head, const QString &tail)
     if (out.size() == size && startsWith(out.constData(), head) &&
         std::equal(tail.constData(), tail.constData() + tail.size(), out.constData() + headSize))
         return;
-    std::copy_n(tail.constData(), tail.size(), write(resized(out, size, 0), head));
+    resize(out, size, 0);
+    if (size > 0)
+        std::copy_n(tail.constData(), tail.size(), write(out.data(), head));
 }
 
 } // namespace panelkit

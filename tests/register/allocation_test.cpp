@@ -114,10 +114,11 @@ TEST_F(Allocations, LeaveACopyOfTheStringAsItWas)
     EXPECT_EQ(out, QStringLiteral("34"));
 }
 
-TEST_F(Allocations, AreNoneForAsciiStringsInAStringWithRoom)
+TEST_F(Allocations, AreNoneForAnyAsciiStringInAStringThatHasBeenFilledBefore)
 {
     QString out;
-    out.reserve(4);
+    hold(0x00000042);
+    show(5, 0, NUM_STRING, NUM_VIEW_DEC, out);
     for (const quint32 bits : {0x00434241U, 0x44434241U, 0x00000041U, 0x00000000U}) {
         hold(bits);
         const AllocationCounter counter;
