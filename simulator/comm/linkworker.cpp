@@ -7,6 +7,13 @@
 
 namespace panelkit::simulator {
 
+namespace {
+
+// However many writes there are, values stay fresh.
+constexpr int jobsBeforeAPoll = 10;
+
+} // namespace
+
 LinkWorker::LinkWorker(const LinkParameters &parameters, const LinkTiming &timing)
     : m_timing(timing),
       m_parameters(parameters),
@@ -33,7 +40,12 @@ void LinkWorker::setParameters(const LinkParameters &parameters)
     const Lock lock(m_mutex);
     m_newParameters = parameters;
     m_areParametersNew = true;
+    m_connection = Recovery();
+    m_stations.clear();
+    m_hasAnswered = false;
+    m_watches.forgetValues();
     m_wake.notify_one();
+    m_changed.notify_all();
 }
 
 bool LinkWorker::readLatest(const ModbusSpan &span, void *words)
@@ -62,6 +74,8 @@ Watch &LinkWorker::watched(const RegisterRange &range)
     Watch *watch = m_watches.find(range);
     if (watch == nullptr) {
         const Clock::time_point now = Clock::now();
+        if (m_watches.isEmpty())
+            m_nextRound = now + m_newParameters.interval;
         watch = &m_watches.add(range, now);
         if (isAway(range.unit))
             watch->value = Watch::Value::Missing;
@@ -156,13 +170,18 @@ void LinkWorker::run()
     pthread_sigmask(SIG_SETMASK, &all, nullptr);
 
     Lock lock(m_mutex);
+    int jobsInARow = 0;
     while (!m_isStopping) {
-        if (m_areParametersNew)
+        if (m_areParametersNew) {
             takeParameters();
-        else if (!m_jobs.empty())
+        } else if (!m_jobs.empty() && jobsInARow < jobsBeforeAPoll) {
+            ++jobsInARow;
             runJob(lock);
-        else if (!pollDue(lock))
-            rest(lock);
+        } else {
+            jobsInARow = 0;
+            if (!pollDue(lock))
+                rest(lock);
+        }
     }
 }
 
@@ -176,12 +195,6 @@ void LinkWorker::takeParameters()
     m_areParametersNew = false;
     m_parameters = m_newParameters;
     m_client.disconnect();
-    m_connection.answered();
-    m_stations.clear();
-    m_watches.failAll();
-    m_nextRound = Clock::now();
-    m_hasAnswered = false;
-    m_changed.notify_all();
 }
 
 void LinkWorker::runJob(Lock &lock)
@@ -234,6 +247,8 @@ void LinkWorker::poll(Lock &lock, const PollRequest &request, const std::vector<
     std::vector<std::uint16_t> registers(static_cast<std::size_t>(request.range.count));
     const TransferResult result =
         transact(lock, request.range.unit, [&] { return m_client.read(request.range, registers.data()); });
+    if (m_areParametersNew)
+        return; // what came is of the past
     for (const std::size_t number : request.served) {
         Watch &watch = *watches[number];
         if (result) {
@@ -267,10 +282,11 @@ void LinkWorker::rest(Lock &lock)
     };
     if (m_watches.isEmpty()) {
         m_wake.wait(lock, called);
-        m_nextRound = Clock::now() + m_parameters.interval;
-    } else if (!m_wake.wait_until(lock, m_nextRound, called)) {
-        startRound(Clock::now());
+        return;
     }
+    m_wake.wait_until(lock, m_nextRound, called);
+    if (const Clock::time_point now = Clock::now(); now >= m_nextRound)
+        startRound(now);
 }
 
 void LinkWorker::startRound(Clock::time_point now)
@@ -311,6 +327,8 @@ TransferResult LinkWorker::transact(Lock &lock, int unit, const std::function<Tr
         result = work();
     lock.lock();
 
+    if (m_areParametersNew)
+        return result;
     if (isConnected && !wasConnected) {
         m_connection.answered();
         m_watches.joinAll();

@@ -89,6 +89,15 @@ void WatchList::failAll()
         miss(watch);
 }
 
+void WatchList::forgetValues()
+{
+    for (auto &[key, watch] : m_watches) {
+        if (watch.value == Watch::Value::Fresh)
+            watch.value = Watch::Value::Missing;
+        watch.isDue = true;
+    }
+}
+
 void WatchList::joinAll()
 {
     for (auto &[key, watch] : m_watches)

@@ -51,7 +51,8 @@ public:
     void makeDue(const RegisterRange &range); // whatever shares a register with it
     void fail(int unit);                      // values missing, and not due before the next round
     void failAll();
-    void joinAll(); // nobody is alone any more
+    void forgetValues(); // all are missing until they are read anew
+    void joinAll();      // nobody is alone any more
 
 private:
     std::unordered_map<std::uint64_t, Watch> m_watches;
