@@ -226,7 +226,8 @@ TransferResult LinkWorker::execute(Job &job)
 bool LinkWorker::pollDue(Lock &lock)
 {
     m_areWatchesNew = false;
-    const std::vector<Watch *> watches = m_watches.due();
+    const Clock::time_point now = Clock::now();
+    const std::vector<Watch *> watches = m_watches.due([&](int unit) { return mayAsk(unit, now); });
     if (watches.empty())
         return false;
     std::vector<PollRange> ranges;
@@ -261,15 +262,13 @@ void LinkWorker::poll(Lock &lock, const PollRequest &request, const std::vector<
         } else if (result.status == TransferStatus::Refused) {
             watch.value = Watch::Value::Missing;
             watch.isDue = false;
-        } else if (result.status == TransferStatus::Away) {
-            watch.isDue = false;
         }
     }
     m_counted.polls += static_cast<bool>(result);
     m_changed.notify_all();
 }
 
-// Ends the round, and waits until the next one is to begin or something calls.
+// Ends the round, and waits until there is something to do.
 void LinkWorker::rest(Lock &lock)
 {
     if (m_isRoundOpen) {
@@ -284,9 +283,23 @@ void LinkWorker::rest(Lock &lock)
         m_wake.wait(lock, called);
         return;
     }
-    m_wake.wait_until(lock, m_nextRound, called);
+    m_wake.wait_until(lock, nextTurn(Clock::now()), called);
     if (const Clock::time_point now = Clock::now(); now >= m_nextRound)
         startRound(now);
+}
+
+// When there is something to do unasked: the next round, or the end of a pause.
+LinkWorker::Clock::time_point LinkWorker::nextTurn(Clock::time_point now) const
+{
+    Clock::time_point next = m_nextRound;
+    const auto consider = [&](const Recovery &recovery) {
+        if (!recovery.mayTry(now))
+            next = std::min(next, recovery.nextTry());
+    };
+    consider(m_connection);
+    for (const auto &[unit, station] : m_stations)
+        consider(station);
+    return next;
 }
 
 void LinkWorker::startRound(Clock::time_point now)

@@ -89,6 +89,7 @@ private:
     bool pollDue(Lock &lock);
     void poll(Lock &lock, const PollRequest &request, const std::vector<Watch *> &watches);
     void rest(Lock &lock);
+    Clock::time_point nextTurn(Clock::time_point now) const;
     void startRound(Clock::time_point now);
     bool isAway(int unit) const;
     bool mayAsk(int unit, Clock::time_point now) const;

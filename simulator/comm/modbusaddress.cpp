@@ -8,12 +8,13 @@ namespace {
 
 constexpr int bitsPerWord = 16;
 
-// A base-10 number from `smallest` to `largest`, or nothing.
+// A base-10 number from `smallest` to `largest` without a sign, or nothing.
 std::optional<int> numberIn(const QString &text, int smallest, int largest)
 {
+    const QString digits = text.trimmed();
     bool ok = false;
-    const int number = text.toInt(&ok, 10);
-    if (!ok || number < smallest || number > largest)
+    const int number = digits.toInt(&ok, 10);
+    if (!ok || !digits.at(0).isDigit() || number < smallest || number > largest)
         return std::nullopt;
     return number;
 }

@@ -24,12 +24,13 @@ public:
 
     bool isAway() const { return m_isAway; }
     bool mayTry(Time now) const { return !m_isAway || now >= m_nextTry; }
+    Time nextTry() const { return m_nextTry; } // long past while the peer is not away
 
 private:
     int m_failuresInARow = 0;
     bool m_isAway = false;
     std::chrono::milliseconds m_pause{0};
-    Time m_nextTry;
+    Time m_nextTry{};
 };
 
 } // namespace panelkit::simulator

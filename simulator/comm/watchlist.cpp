@@ -16,7 +16,7 @@ std::uint64_t keyOf(const RegisterRange &range)
 void miss(Watch &watch)
 {
     watch.value = Watch::Value::Missing;
-    watch.isDue = false;
+    watch.isDue = true;
 }
 
 } // namespace
@@ -36,12 +36,12 @@ Watch &WatchList::add(const RegisterRange &range, Watch::Time now)
     return watch;
 }
 
-std::vector<Watch *> WatchList::due()
+std::vector<Watch *> WatchList::due(const std::function<bool(int)> &mayAsk)
 {
     std::vector<Watch *> pending;
     std::vector<Watch *> all;
     for (auto &[key, watch] : m_watches) {
-        if (!watch.isDue)
+        if (!watch.isDue || !mayAsk(watch.range.unit))
             continue;
         all.push_back(&watch);
         if (watch.value == Watch::Value::Pending)

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <unordered_map>
 #include <vector>
@@ -41,15 +42,16 @@ public:
     Watch *find(const RegisterRange &range); // or null
     Watch &add(const RegisterRange &range, Watch::Time now);
 
-    // Those to be asked for: the ones without any value yet before all others.
-    std::vector<Watch *> due();
+    // Those to be asked for, of the units that may be asked: the ones without any value yet before all
+    // others.
+    std::vector<Watch *> due(const std::function<bool(int unit)> &mayAsk);
 
     // Begins a round: drops what no caller has read for `forgetAfter`, makes the rest due, and gives the
     // units that are still watched.
     std::set<int> startRound(Watch::Time now, std::chrono::milliseconds forgetAfter);
 
     void makeDue(const RegisterRange &range); // whatever shares a register with it
-    void fail(int unit);                      // values missing, and not due before the next round
+    void fail(int unit);                      // all of the unit's values are missing, and due
     void failAll();
     void forgetValues(); // all are missing until they are read anew
     void joinAll();      // nobody is alone any more

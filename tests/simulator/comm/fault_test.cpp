@@ -184,6 +184,21 @@ TEST_F(FaultTest, AConnectionThatThePlcClosesBetweenTwoPollsCostsNoValue)
     ASSERT_EQ(writeWords(comm, address(1, 1, "4x", 1), {3}), TransferStatus::Done);
 }
 
+TEST_F(FaultTest, ALostValueIsAskedForAfterThePauseAndNotOnlyInTheNextRound)
+{
+    LinkRecord link = linkTo(server.port());
+    link.value.interval = 3'600'000;
+    PlcFaultSetting once;
+    once.fault = PlcFault::CutOff;
+    once.answers = 1;
+    server.setFault(once);
+    Communication comm({link}, briefPauses());
+    const RegisterValueChange reg = address(1, 1, "4x", 0);
+    EXPECT_EQ(readWord(comm, reg), std::nullopt);
+    ASSERT_TRUE(waitForCondition(comm, LinkCondition::Connected));
+    EXPECT_EQ(readWord(comm, reg), 4711);
+}
+
 TEST_F(FaultTest, OneStationThatIsGoneLeavesTheOthersFresh)
 {
     setWords(2, Table::HoldingRegisters, 0, {22});
