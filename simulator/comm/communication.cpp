@@ -4,9 +4,8 @@
 #include "simulator/comm/linkworker.h"
 #include "simulator/comm/systemregisters.h"
 
-#include <arpa/inet.h>
 #include <netdb.h>
-#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <array>
 #include <map>
@@ -40,18 +39,21 @@ QLatin1String blockName(const RegisterValueChange &reg)
     return QLatin1String(reg.block, static_cast<int>(qstrnlen(reg.block, sizeof(reg.block))));
 }
 
-// The IPv4 address of a host in dots, or an empty text.
+// An IP address of a host, in digits; IPv4 where it has one. Empty when the host is not known.
 std::string addressOf(const QString &host)
 {
     addrinfo wanted = {};
-    wanted.ai_family = AF_INET;
     wanted.ai_socktype = SOCK_STREAM;
     addrinfo *found = nullptr;
     if (::getaddrinfo(host.toUtf8().constData(), nullptr, &wanted, &found) != 0)
         return {};
-    std::array<char, INET_ADDRSTRLEN> text = {};
-    ::inet_ntop(AF_INET, &reinterpret_cast<const sockaddr_in *>(found->ai_addr)->sin_addr, text.data(),
-                text.size());
+    const addrinfo *best = found;
+    while (best != nullptr && best->ai_family != AF_INET)
+        best = best->ai_next;
+    if (best == nullptr)
+        best = found;
+    std::array<char, NI_MAXHOST> text = {};
+    ::getnameinfo(best->ai_addr, best->ai_addrlen, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST);
     ::freeaddrinfo(found);
     return text.data();
 }

@@ -10,7 +10,7 @@ namespace panelkit::simulator {
 
 struct LinkParameters
 {
-    std::string host; // IPv4, in dots
+    std::string host; // an IP address in digits
     int port = 0;
     std::chrono::milliseconds interval{100}; // from one round of polls to the next
     std::chrono::milliseconds timeout{1000}; // for a connection, and for an answer

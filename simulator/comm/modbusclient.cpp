@@ -2,7 +2,7 @@
 
 #include <modbus.h>
 
-#include <arpa/inet.h>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <memory>
 #include <new>
 
 namespace panelkit::simulator {
@@ -119,24 +120,26 @@ TransferResult ModbusClient::connect(const std::string &host, int port, std::chr
 // Begins to connect. libmodbus's own way cannot be interrupted.
 TransferResult ModbusClient::open(const std::string &host, int port)
 {
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    if (port < 1 || port > 65535 || ::inet_pton(AF_INET, host.c_str(), &address.sin_addr) != 1)
+    addrinfo wanted = {};
+    wanted.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+    wanted.ai_socktype = SOCK_STREAM;
+    addrinfo *found = nullptr;
+    if (port < 1 || port > 65535 ||
+        ::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &wanted, &found) != 0)
         return {TransferStatus::NotConnected, EDESTADDRREQ};
+    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> address(found, &::freeaddrinfo);
 
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_isInterrupted)
         return {TransferStatus::Stopped};
-    m_socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    m_socket = ::socket(address->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (m_socket < 0)
         return {TransferStatus::NotConnected, errno};
     if (m_socket >= FD_SETSIZE) // libmodbus waits by select
         return {TransferStatus::NotConnected, EMFILE};
     const int on = 1;
     ::setsockopt(m_socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof(on));
-    if (::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof(address)) != 0 &&
-        errno != EINPROGRESS)
+    if (::connect(m_socket, address->ai_addr, address->ai_addrlen) != 0 && errno != EINPROGRESS)
         return {TransferStatus::NotConnected, errno};
     return {};
 }

@@ -25,7 +25,7 @@ public:
     ModbusClient(const ModbusClient &) = delete;
     ModbusClient &operator=(const ModbusClient &) = delete;
 
-    // Connects to an IPv4 address in dots, instead of what was connected before. `timeout` bounds this wait
+    // Connects to an IP address in digits, instead of what was connected before. `timeout` bounds this wait
     // and, from then on, the wait for the whole of each answer.
     TransferResult connect(const std::string &host, int port, std::chrono::milliseconds timeout);
     void disconnect();

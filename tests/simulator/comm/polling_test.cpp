@@ -2,6 +2,7 @@
 #include "tests/support/allocationcounter.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <thread>
 
@@ -261,6 +262,17 @@ TEST_F(PollingTest, TalksToTheGivenPlcInPlaceOfTheLinks)
     EXPECT_EQ(comm.getLinkValue(1).port, 0); // the link's definition stays what it is
 }
 
+TEST_F(PollingTest, KnowsAddressesOfBothFamilies)
+{
+    CommunicationOptions options = briefPauses();
+    options.plcHost = QStringLiteral("::1"); // where the PLC, which is at 127.0.0.1, does not listen
+    options.plcPort = server.port();
+    Communication comm({link}, options);
+    EXPECT_EQ(readWord(comm, address(1, 1, "4x", 0)), std::nullopt);
+    EXPECT_EQ(comm.linkState(1).lastFailure.status, TransferStatus::NotConnected);
+    EXPECT_NE(comm.linkState(1).lastFailure.detail, EDESTADDRREQ);
+}
+
 TEST_F(PollingTest, CannotConnectToAHostThatIsNotThere)
 {
     CommunicationOptions options = briefPauses();
@@ -269,6 +281,7 @@ TEST_F(PollingTest, CannotConnectToAHostThatIsNotThere)
     EXPECT_EQ(readWord(comm, address(1, 1, "4x", 0)), std::nullopt);
     EXPECT_EQ(comm.linkState(1).condition, LinkCondition::Away);
     EXPECT_EQ(comm.linkState(1).lastFailure.status, TransferStatus::NotConnected);
+    EXPECT_EQ(comm.linkState(1).lastFailure.detail, EDESTADDRREQ);
 }
 
 TEST_F(PollingTest, UsesNewParametersFromTheMomentTheyAreSet)
