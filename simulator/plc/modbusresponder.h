@@ -4,8 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-typedef struct _modbus modbus_t;
-typedef struct _modbus_mapping_t modbus_mapping_t;
+typedef struct _modbus modbus_t; // NOLINT(bugprone-reserved-identifier): the library's own name
+typedef struct _modbus_mapping_t
+    modbus_mapping_t; // NOLINT(bugprone-reserved-identifier): the library's own name
 
 namespace panelkit::simulator {
 

@@ -10,7 +10,8 @@
 #include <mutex>
 #include <vector>
 
-typedef struct _modbus_mapping_t modbus_mapping_t;
+typedef struct _modbus_mapping_t
+    modbus_mapping_t; // NOLINT(bugprone-reserved-identifier): the library's own name
 
 namespace panelkit::simulator {
 

@@ -136,7 +136,7 @@ QJsonValue ObjectReader::take(const char *key, const QString &expected, bool isR
 {
     const QString name = QLatin1String(key);
     m_known << name;
-    const QJsonValue value = m_object.value(name);
+    QJsonValue value = m_object.value(name);
     if (value.isUndefined() && isRequired && m_missing.isEmpty()) {
         m_missing = path(name);
         m_missingExpected = expected;

@@ -13,7 +13,7 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr qint64 largestFile = 16 * 1024 * 1024;
+constexpr qint64 largestFile = Q_INT64_C(16) * 1024 * 1024;
 constexpr int largestNumber = std::numeric_limits<int>::max();
 constexpr int smallestNumber = std::numeric_limits<int>::min();
 constexpr int largestWord = 65535; // most link parameters travel in one system register
@@ -244,10 +244,10 @@ AddressDefinition ProjectReader::readAddress(ObjectReader &reader)
         reader.skip({"station"});
     else if (isInternal)
         address.station = reader.integer("station", -1, -1, -1);
-    else if (link->manyStations)
-        address.station = reader.integer("station", 0, largestStation);
-    else
+    else if (link != nullptr && !link->manyStations)
         address.station = reader.integer("station", 0, largestStation, link->station);
+    else
+        address.station = reader.integer("station", 0, largestStation);
     return address;
 }
 
