@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-typedef struct _modbus modbus_t; // NOLINT(bugprone-reserved-identifier): the library's own name
+typedef struct _modbus modbus_t; // NOLINT(bugprone-reserved-identifier)
 
 namespace panelkit::simulator {
 

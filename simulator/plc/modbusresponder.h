@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-typedef struct _modbus modbus_t; // NOLINT(bugprone-reserved-identifier): the library's own name
+typedef struct _modbus modbus_t; // NOLINT(bugprone-reserved-identifier)
 typedef struct _modbus_mapping_t
     modbus_mapping_t; // NOLINT(bugprone-reserved-identifier): the library's own name
 
