@@ -5,8 +5,8 @@
 #include <vector>
 
 typedef struct _modbus modbus_t; // NOLINT(bugprone-reserved-identifier)
-typedef struct _modbus_mapping_t
-    modbus_mapping_t; // NOLINT(bugprone-reserved-identifier): the library's own name
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the library's own name
+typedef struct _modbus_mapping_t modbus_mapping_t;
 
 namespace panelkit::simulator {
 

@@ -10,8 +10,8 @@
 #include <mutex>
 #include <vector>
 
-typedef struct _modbus_mapping_t
-    modbus_mapping_t; // NOLINT(bugprone-reserved-identifier): the library's own name
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the library's own name
+typedef struct _modbus_mapping_t modbus_mapping_t;
 
 namespace panelkit::simulator {
 
