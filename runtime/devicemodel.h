@@ -1,0 +1,18 @@
+// Which device this panel is, from its configuration file.
+#pragma once
+
+class QString;
+
+namespace panelkit {
+
+// The key "MODEL" of the device configuration file below the system root, read anew in every call. Empty when
+// there is no file or no such key.
+QString deviceModel();
+
+// A gateway box: its model holds "Keld", with this case, anywhere.
+bool isBoxDevice();
+
+// A device with the IoT runtime: a model that holds "W", or a box.
+bool isIotDevice();
+
+} // namespace panelkit
