@@ -3,8 +3,11 @@
 
 #include "macro/events.h"
 #include "macro/interfaceall.h"
+#include "network/dynamiclink.h"
+#include "network/panelip.h"
 #include "register/addresstext.h"
 #include "register/interfacecomm.h"
 #include "register/numformat.h"
 #include "register/registervaluechange.h"
+#include "runtime/systeminfo.h"
 #include "runtime/systemroot.h"

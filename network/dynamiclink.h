@@ -1,0 +1,68 @@
+// The parameters of one PLC link, between the panel's system registers, a settings file that outlasts a
+// restart, and the link's definition in the project.
+//
+// The link is the one whose number stands in word register 64000. Its parameters stand in the word registers
+// 64002 to 64007 (station, interval, time-out, retries, add-more, address interval), 64020 to 64024 (IP
+// address and port) or 64040 to 64045 (serial mode, baud rate in two words with the low one first, data bits,
+// parity, stop bits). A link is an Ethernet link when its port's name contains "Ethernet", else a serial one.
+//
+// The settings file has one group a link, "link3" for link 3, with the keys "driLib" (the link's driver
+// library), "plcStation", "interval", "timeout", "retry", "addmore", "addrinterval" and, for the kind of
+// link, "ip1" to "ip4", "port" or "mode", "baudlow", "data", "check", "stop". It keeps registers as they are;
+// a key that is missing or no number reads as 0. Keys of the other kind of link that stand in a group are
+// left alone.
+//
+// The caller owns the QSettings object, chooses its file and format, and asks it about failures: after a save
+// that did not reach the disk (no space, no permission) its status() is QSettings::AccessError, and the change
+// stays in the object, so that a later sync() may still bring it there. A file that is no settings file is
+// QSettings::FormatError, and is read as far as it can be. The toolkit of Qt 5 and 6 writes a new file and puts
+// it in the place of the old one, so a failed save leaves the earlier settings whole; that of Qt 4.8 writes in
+// place.
+//
+// All functions run on the runtime's GUI thread, keep no state, and do not look at the results of register
+// operations.
+#pragma once
+
+#include "platform/export.h"
+
+#include <QtGlobal>
+
+class InterfaceComm;
+class QSettings;
+class QString;
+struct LinkValue;
+
+// One link's parameters. Filled here, owned by the caller.
+struct dynamecslinkParam_t
+{
+    qint32 isEthernet, linkId; // 1 or 0; the `id` of the link's definition
+    qint32 station, interval, timeout, retry, addmore, addrInterval;
+    qint32 ip1, ip2, ip3, ip4, port;
+    qint32 mode, baud, dataBits, check, stopBits; // `mode` is 0, 1 or 2: whatever else is stored counts as 2
+};
+
+// Saves the registers of the link to the group of its number when the operator has asked for it: flag
+// register 60212 must be exactly 1, and is cleared before anything else is done. `param`, which may be null,
+// gets what was saved, with 0 in the fields of the other kind of link.
+//
+// Returns 1 when a group was written. Returns 0, with `settings` and `param` untouched, without the request,
+// for a link that is unknown (its `id` is not above 0), and when `settings` or `comm` is null.
+PANELKIT_EXPORT int saveDynamicsLinkParam(QSettings *settings, InterfaceComm *comm,
+                                          dynamecslinkParam_t *param);
+
+// Fills the registers of the link from its group, or, where there is none or it was saved for another driver
+// library, from the link's definition in the project; serial mode is then 0, and so is a parity other than 0,
+// 1 and 2. All registers of both kinds of link are written, those of the other kind with 0, and the low 16
+// bits of what does not fit one word. The caller decides when to load; there is no flag.
+//
+// Returns 1 when the registers were written; 0, with no register written, for an unknown link and when
+// `settings` or `comm` is null.
+PANELKIT_EXPORT int loadDynamicsLinkParam(QSettings *settings, InterfaceComm *comm);
+
+// Reads the group named `group` into `param` if it was saved for the driver library of `link`. The fields of
+// the other kind of link keep what the caller put there.
+//
+// Returns 1 when the record was filled. Returns 0, with `param` untouched, when there is no such group, when
+// it belongs to another driver library, and when `settings` or `param` is null or `group` is empty.
+PANELKIT_EXPORT int loadDynamicsLinkFromFile(QSettings *settings, dynamecslinkParam_t *param,
+                                             QString const &group, LinkValue const &link);
