@@ -1,7 +1,9 @@
 #include "network/dynamiclink.h"
 
+#include "network/freespace.h"
 #include "register/interfacecomm.h"
 
+#include <QFileInfo>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -96,6 +98,18 @@ void fetch(QSettings *settings, const Parameter (&parameters)[count], dynamecsli
         values.*parameter.field = settings->value(QLatin1String(parameter.key)).toInt();
 }
 
+// On a disk that fills up while the settings are written, the toolkit puts the part that it could write (or
+// with Qt 4.8, nothing) in the place of the earlier file and reports success. So nothing is set that would
+// not fit: the whole file anew, the group of one link, and the file by which the toolkit locks the settings.
+bool hasRoomForGroup(const QSettings *settings, const LinkValue &link)
+{
+    const qint64 longestGroup =
+        4096 + 6 * static_cast<qint64>(link.driverLib.size()); // "\x4e2d" for one character
+    const qint64 lockFile = 4096;
+    const QString fileName = settings->fileName();
+    return panelkit::hasRoomBeside(fileName, QFileInfo(fileName).size() + longestGroup + lockFile);
+}
+
 // The project's own parameters of the link.
 void takeDefinition(const LinkValue &link, dynamecslinkParam_t &values)
 {
@@ -135,7 +149,7 @@ int saveDynamicsLinkParam(QSettings *settings, InterfaceComm *comm, dynamecslink
     quint16 linkNumber = 65535;
     comm->readRegisters(wordArea, linkNumberRegister, 1, &linkNumber);
     const LinkValue link = comm->getLinkValue(linkNumber);
-    if (link.id <= 0)
+    if (link.id <= 0 || !hasRoomForGroup(settings, link))
         return 0;
 
     dynamecslinkParam_t values = {};

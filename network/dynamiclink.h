@@ -12,12 +12,11 @@
 // a key that is missing or no number reads as 0. Keys of the other kind of link that stand in a group are
 // left alone.
 //
-// The caller owns the QSettings object, chooses its file and format, and asks it about failures: after a save
-// that did not reach the disk (no space, no permission) its status() is QSettings::AccessError, and the change
-// stays in the object, so that a later sync() may still bring it there. A file that is no settings file is
-// QSettings::FormatError, and is read as far as it can be. The toolkit of Qt 5 and 6 writes a new file and puts
-// it in the place of the old one, so a failed save leaves the earlier settings whole; that of Qt 4.8 writes in
-// place.
+// The caller owns the QSettings object, chooses its file and format, and asks it about failures: when the
+// file may not be written, its status() is QSettings::AccessError after the save, and the change stays in the
+// object, so that a later sync() may still bring it to the disk. A file that is no settings file reads as far
+// as it can be read; status() may then be QSettings::FormatError. Whatever fails, the earlier settings on
+// disk stay whole.
 //
 // All functions run on the runtime's GUI thread, keep no state, and do not look at the results of register
 // operations.
@@ -45,8 +44,9 @@ struct dynamecslinkParam_t
 // register 60212 must be exactly 1, and is cleared before anything else is done. `param`, which may be null,
 // gets what was saved, with 0 in the fields of the other kind of link.
 //
-// Returns 1 when a group was written. Returns 0, with `settings` and `param` untouched, without the request,
-// for a link that is unknown (its `id` is not above 0), and when `settings` or `comm` is null.
+// Returns 1 when a group was written; whether it reached the disk, `settings` knows. Returns 0, with
+// `settings` and `param` untouched, without the request, for a link that is unknown (its `id` is not above
+// 0), when the disk has no room for the settings, and when `settings` or `comm` is null.
 PANELKIT_EXPORT int saveDynamicsLinkParam(QSettings *settings, InterfaceComm *comm,
                                           dynamecslinkParam_t *param);
 
