@@ -171,6 +171,25 @@ TEST_F(SaveLinkParam, NeedsSettingsAndCommunication)
     EXPECT_EQ(flag(60212), 1);
 }
 
+TEST_F(SaveLinkParam, TakesAFlagThatCannotBeReadForZero)
+{
+    editLink(3);
+    comm.silentRegisters << 60212;
+    EXPECT_EQ(journalOf([&] { EXPECT_EQ(save(), 0); }), QStringList(QStringLiteral("read 1:60212 1")));
+}
+
+TEST_F(SaveLinkParam, TakesALinkNumberThatCannotBeReadForTheLastAndParametersForZero)
+{
+    editLink(3);
+    comm.silentRegisters << 64000 << 64002 << 64003 << 64004 << 64005 << 64006 << 64007 << 64040 << 64041
+                         << 64042 << 64043 << 64044 << 64045;
+    comm.links.insert(65535, comm.links.value(3));
+    dynamecslinkParam_t param = markedParam();
+    EXPECT_EQ(save(&param), 1);
+    EXPECT_EQ(fields(param), QList<qint32>({0, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(settings.childGroups(), QStringList(QStringLiteral("link65535")));
+}
+
 TEST_F(SaveLinkParam, FindsTheEthernetLinkAnywhereInThePortsNameAndWithCase)
 {
     const struct
@@ -429,6 +448,14 @@ TEST_F(LoadLinkParam, OfAnUnknownLinkWritesNothing)
             QStringList({QStringLiteral("read 0:64000 1"), QStringLiteral("getLinkValue %1").arg(number)}));
         EXPECT_EQ(loaded, 0);
     }
+}
+
+TEST_F(LoadLinkParam, TakesALinkNumberThatCannotBeReadForZero)
+{
+    setWords(64000, {3});
+    comm.silentRegisters << 64000;
+    EXPECT_EQ(journalOf([&] { EXPECT_EQ(load(), 0); }),
+              QStringList({QStringLiteral("read 0:64000 1"), QStringLiteral("getLinkValue 0")}));
 }
 
 TEST_F(LoadLinkParam, NeedsSettingsAndCommunication)

@@ -204,6 +204,16 @@ TEST_F(PanelIp, NothingIsDoneWithoutCommunication)
     EXPECT_EQ(journalOf(tryAll), QStringList());
 }
 
+TEST_F(PanelIp, ReadThatFailsIsAFlagThatIsNotSet)
+{
+    enterSettings();
+    setFlag(reloadFlag, 1);
+    comm.silentRegisters << saveFlag << reloadFlag;
+    EXPECT_EQ(journalOf([] { EXPECT_FALSE(saveHMIIP()); }), QStringList(QStringLiteral("read 1:60213 1")));
+    EXPECT_EQ(journalOf([] { EXPECT_FALSE(loadHMIIP(false)); }),
+              QStringList(QStringLiteral("read 1:60214 1")));
+}
+
 TEST_F(PanelIp, SaveNeedsTheSaveFlag)
 {
     enterSettings();

@@ -18,10 +18,18 @@ using panelkit::testing::OrdinaryUser;
 
 namespace {
 
+// The working directory lies within the test's own folder: were an empty path taken for it, nobody's files
+// would go.
 class DeleteDir : public ::testing::Test
 {
 protected:
-    DeleteDir() { EXPECT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("tree"))); }
+    DeleteDir() : m_before(QDir::currentPath())
+    {
+        EXPECT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("tree")));
+        EXPECT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("working")));
+        EXPECT_TRUE(QDir::setCurrent(path(QStringLiteral("working"))));
+    }
+    ~DeleteDir() override { QDir::setCurrent(m_before); }
 
     QString path(const QString &name) const { return folder.filePath(name); }
 
@@ -51,6 +59,9 @@ protected:
     bool deleteTree() { return tools_deleteDir(path(QStringLiteral("tree"))); }
 
     QTemporaryDir folder;
+
+private:
+    QString m_before;
 };
 
 } // namespace
@@ -155,10 +166,12 @@ TEST_F(DeleteDir, ReachesFilesTwoHundredFoldersDeep)
     EXPECT_EQ(left().size(), 200);
 }
 
-TEST_F(DeleteDir, OfAnEmptyPathIsFalse)
+TEST_F(DeleteDir, OfAnEmptyPathIsFalseAndLeavesTheWorkingDirectoryAlone)
 {
+    makeFile(QStringLiteral("working/file"));
     EXPECT_FALSE(tools_deleteDir(QString()));
     EXPECT_FALSE(tools_deleteDir(QLatin1String("")));
+    EXPECT_TRUE(QFileInfo::exists(path(QStringLiteral("working/file"))));
 }
 
 TEST_F(DeleteDir, OfAMissingPathIsTrue)
@@ -176,10 +189,7 @@ TEST_F(DeleteDir, LeavesAPathThatIsAFileAlone)
 TEST_F(DeleteDir, TakesARelativePathFromTheWorkingDirectory)
 {
     makeFile(QStringLiteral("tree/one/file"));
-    const QString before = QDir::currentPath();
-    ASSERT_TRUE(QDir::setCurrent(folder.path()));
-    EXPECT_TRUE(tools_deleteDir(QStringLiteral("tree")));
-    ASSERT_TRUE(QDir::setCurrent(before));
+    EXPECT_TRUE(tools_deleteDir(QStringLiteral("../tree")));
     EXPECT_EQ(left(), QStringList({QStringLiteral("one")}));
 }
 

@@ -6,6 +6,7 @@
 
 #include <QMap>
 #include <QPair>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -22,6 +23,7 @@ public:
     QMap<QString, LinkValue> linksByName;           // by name
     QVector<quint16> words;                         // what readAddressWords copies, as far as it goes
     QMap<QPair<int, int>, quint16> systemRegisters; // by area and address; 0 where nothing stands
+    QSet<int> silentRegisters; // addresses of system registers that do not answer: the buffer stays as it is
     int resolvedIndex = 0;
 
     // What it was asked, one line a call, in order: "getLinkValue 3", "getLinkValueByName PLC1",
@@ -79,6 +81,8 @@ public:
     {
         calls << QStringLiteral("read %1:%2 %3").arg(area).arg(address).arg(count);
         for (int i = 0; i < count; ++i) {
+            if (silentRegisters.contains(address + i))
+                continue;
             const quint16 word = systemRegisters.value({area, address + i}, 0);
             std::memcpy(static_cast<char *>(buffer) + i * 2, &word, sizeof(word));
         }
