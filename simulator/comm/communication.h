@@ -17,8 +17,9 @@ namespace panelkit::simulator {
 
 struct CommunicationOptions
 {
-    // When not empty: where the PLC of every Modbus link is, in place of what the links say. A name is looked
-    // up once, by the constructor.
+    // When not empty: where the PLC of every Modbus link is, in place of what the constructor's links say. A
+    // name is looked up once, by the constructor. A link that updateLink moves to another address is found
+    // there.
     QString plcHost;
     int plcPort = 502;
 

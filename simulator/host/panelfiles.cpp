@@ -1,6 +1,8 @@
 #include "simulator/host/panelfiles.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 namespace panelkit::simulator {
@@ -8,7 +10,12 @@ namespace panelkit::simulator {
 namespace {
 
 const char *const productFolders[] = {
-    "/etc", "/usr/tesk42/APP", "/usr/tesk42/IOT", "/usr/tesk42/project/cache", "/usr/tesk42/project/driver",
+    "/etc",
+    "/proc",
+    "/usr/tesk42/APP",
+    "/usr/tesk42/IOT",
+    "/usr/tesk42/project/cache",
+    "/usr/tesk42/project/driver",
 };
 
 } // namespace
@@ -34,6 +41,9 @@ std::unique_ptr<PanelFiles> PanelFiles::create(const QString &root, QString &err
             return nullptr;
         }
     }
+    const QString processorTimes = QStringLiteral("/proc/stat");
+    if (!QFileInfo::exists(files->path(processorTimes)))
+        QFile::link(processorTimes, files->path(processorTimes));
     return files;
 }
 

@@ -9,13 +9,20 @@
 
 namespace panelkit::simulator {
 
+// Files that the simulator itself keeps in the panel's tree.
+inline constexpr char configurationPath[] =
+    "/etc/panel.ini"; // the system configuration, with the panel's address
+inline constexpr char linkSettingsPath[] =
+    "/usr/tesk42/APP/linkparams.ini"; // parameters that operators saved
+
 // A folder in which the panel's absolute paths are found: a temporary one that goes with this object, or one
 // of the user's that stays.
 class PanelFiles
 {
 public:
     // Makes the folders of the product tree below `root` (below a new temporary folder when it is empty),
-    // keeping what is there. Nothing, with one line in `error`, when that cannot be done.
+    // keeping what is there, and lets "/proc/stat" be this machine's, so that the panel's load is its load.
+    // Nothing, with one line in `error`, when a folder cannot be made.
     static std::unique_ptr<PanelFiles> create(const QString &root, QString &error);
 
     QString root() const { return m_root; }

@@ -3,6 +3,7 @@
 #include "platform/sys_base.h"
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
+#include "simulator/host/flagpolling.h"
 #include "simulator/host/panelfiles.h"
 #include "simulator/platform/eventlibrary.h"
 #include "simulator/platform/systembase.h"
@@ -21,7 +22,6 @@ namespace panelkit::simulator {
 namespace {
 
 const char *const linkListPath = "/usr/tesk42/project/cache/links.json";
-const char *const configurationPath = "/etc/panel.ini";
 
 // The PLC that a session brings along, in real time.
 struct OwnPlc
@@ -83,6 +83,7 @@ struct Session::Parts
     std::unique_ptr<OwnPlc> plc;
     PlcAddress plcAddress;
     std::unique_ptr<Communication> communication;
+    std::unique_ptr<FlagPolling> flags;
     sys_base_app_pro record = {};
 };
 
@@ -123,12 +124,17 @@ std::unique_ptr<Session> Session::open(const SessionOptions &options, QString &e
     connection.plcPort = parts.plcAddress.port;
     parts.communication = std::make_unique<Communication>(linkRecords(parts.project), connection);
 
+    parts.flags = std::make_unique<FlagPolling>(*parts.communication,
+                                                parts.files->path(QLatin1String(linkSettingsPath)));
+    parts.flags->loadLinks();
+
     parts.record.screenWidth = parts.project.screenWidth;
     parts.record.screenHeight = parts.project.screenHeight;
     parts.record.comm = parts.communication.get();
     tools_setSystemRoot(parts.files->root());
     setConfigurationFile(parts.files->path(QLatin1String(configurationPath)));
     setApplicationRecord(&parts.record);
+    setCommandPolicy(options.runCommands ? CommandPolicy::Run : CommandPolicy::Record);
     return session;
 }
 
@@ -136,6 +142,8 @@ Session::Session() : m_parts(std::make_unique<Parts>()) {}
 
 Session::~Session()
 {
+    setCommandPolicy(CommandPolicy::Record);
+    clearRecordedCommands();
     setApplicationRecord(nullptr);
     setConfigurationFile(QString());
     clearEventLibrary();
@@ -160,6 +168,11 @@ object *Session::itemNode(std::size_t index) const
 Communication &Session::communication() const
 {
     return *m_parts->communication;
+}
+
+FlagPolling &Session::flags() const
+{
+    return *m_parts->flags;
 }
 
 PlcAddress Session::plcAddress() const

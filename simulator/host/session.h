@@ -13,6 +13,7 @@
 namespace panelkit::simulator {
 
 class Communication;
+class FlagPolling;
 
 struct PlcAddress
 {
@@ -28,6 +29,7 @@ struct SessionOptions
     QString projectFile;           // empty: the sample
     std::optional<PlcAddress> plc; // nothing: a bottling line is started on a free loopback port
     QString root;                  // the system root, made when missing; empty: a temporary folder
+    bool runCommands = false;      // hands the library's shell commands to this machine's shell
 };
 
 // A process has one system root, one application record and one event queue, so it can have one session at a
@@ -36,8 +38,9 @@ class Session
 {
 public:
     // Loads the project, lays out the product tree below the system root, starts the PLC if none was named
-    // and the links, and sets the application record. Nothing, with one line in `error` that names the file
-    // or the value and the way out, when something of that cannot be done; nothing is left behind then.
+    // and the links, with the parameters that an operator saved for them, and sets the application record.
+    // Nothing, with one line in `error` that names the file or the value and the way out, when something of
+    // that cannot be done; nothing is left behind then.
     static std::unique_ptr<Session> open(const SessionOptions &options, QString &error);
 
     // Ends the links, takes the application record away and removes a temporary system root.
@@ -49,6 +52,7 @@ public:
     object *projectRoot() const;
     object *itemNode(std::size_t index) const; // of project().items[index]
     Communication &communication() const;
+    FlagPolling &flags() const;
 
     // The address of the bottling line that this session started, or of the PLC that was named.
     PlcAddress plcAddress() const;

@@ -45,6 +45,15 @@ std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &s
     return std::nullopt;
 }
 
+void addRootOption(QCommandLineParser &parser)
+{
+    parser.addOption(
+        {QStringLiteral("root"),
+         QStringLiteral("Keep the panel's files below DIR. Without it they lie in a temporary folder "
+                        "that is removed at the end."),
+         QStringLiteral("DIR")});
+}
+
 void addSessionOptions(QCommandLineParser &parser)
 {
     parser.addPositionalArgument(
@@ -53,14 +62,10 @@ void addSessionOptions(QCommandLineParser &parser)
         QStringLiteral("[PROJECT]"));
     parser.addOption(
         {QStringLiteral("plc"),
-         QStringLiteral("Reach all Modbus TCP links at HOST:PORT. Without it panelsim starts a bottling "
-                        "line of its own on a free loopback port."),
+         QStringLiteral("Reach all Modbus TCP links at HOST:PORT, but for those that link-params has moved. "
+                        "Without it panelsim starts a bottling line of its own on a free loopback port."),
          QStringLiteral("HOST:PORT")});
-    parser.addOption(
-        {QStringLiteral("root"),
-         QStringLiteral("Keep the panel's files below DIR. Without it they lie in a temporary folder "
-                        "that is removed at the end."),
-         QStringLiteral("DIR")});
+    addRootOption(parser);
 }
 
 std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode &exitCode)
@@ -79,6 +84,11 @@ std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode 
             return nullptr;
         }
     }
+    return openSession(options, exitCode);
+}
+
+std::unique_ptr<Session> openSession(const SessionOptions &options, ExitCode &exitCode)
+{
     QString error;
     auto session = Session::open(options, error);
     if (!session) {
@@ -86,6 +96,37 @@ std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode 
         exitCode = ExitCode::Failed;
     }
     return session;
+}
+
+void sayWhatIsKept(const QCommandLineParser &parser)
+{
+    const QString root = parser.value(QStringLiteral("root"));
+    print(root.isEmpty()
+              ? QStringLiteral(
+                    "\nNothing of this is kept: it lay in a temporary folder. --root DIR keeps it.\n")
+              : QStringLiteral("\nKept below %1.\n").arg(root));
+}
+
+std::optional<QMap<QString, QString>> readAssignments(const QString &command, const QStringList &arguments,
+                                                      const QStringList &keys)
+{
+    QMap<QString, QString> values;
+    for (const QString &argument : arguments) {
+        const QString key = argument.section(QLatin1Char('='), 0, 0);
+        QString fault;
+        if (!argument.contains(QLatin1Char('=')))
+            fault = QStringLiteral("is not KEY=VALUE");
+        else if (!keys.contains(key))
+            fault = QStringLiteral("names none of %1").arg(keys.join(QLatin1String(", ")));
+        else if (values.contains(key))
+            fault = QStringLiteral("gives %1 a second time").arg(key);
+        if (!fault.isEmpty()) {
+            complain(QStringLiteral("%1: '%2' %3").arg(command, argument, fault));
+            return std::nullopt;
+        }
+        values.insert(key, argument.section(QLatin1Char('='), 1));
+    }
+    return values;
 }
 
 } // namespace panelkit::simulator

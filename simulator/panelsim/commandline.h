@@ -4,6 +4,7 @@
 #include "simulator/host/session.h"
 
 #include <QCommandLineParser>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -31,10 +32,20 @@ void print(const QString &text);
 std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &summary,
                                     const QStringList &arguments, int positionalCount);
 
-// The options of every command that opens a project: [PROJECT], --plc and --root.
+// --root alone, and the options of every command that opens a project: [PROJECT], --plc and --root.
+void addRootOption(QCommandLineParser &parser);
 void addSessionOptions(QCommandLineParser &parser);
 
 // The session that they ask for, or nothing after a complaint; `exitCode` is then what to exit with.
 std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode &exitCode);
+std::unique_ptr<Session> openSession(const SessionOptions &options, ExitCode &exitCode);
+
+// Says below which root lies what a command has set, or that it is not kept.
+void sayWhatIsKept(const QCommandLineParser &parser);
+
+// The arguments "key=value" of a command, by key, or nothing after a complaint: of an argument without "=",
+// of a key that is none of `keys`, of a key that comes twice.
+std::optional<QMap<QString, QString>> readAssignments(const QString &command, const QStringList &arguments,
+                                                      const QStringList &keys);
 
 } // namespace panelkit::simulator

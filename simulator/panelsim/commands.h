@@ -7,6 +7,9 @@
 
 namespace panelkit::simulator {
 
+ExitCode runInfo(const QStringList &arguments);
+ExitCode runLinkParams(const QStringList &arguments);
+ExitCode runNetwork(const QStringList &arguments);
 ExitCode runServe(const QStringList &arguments);
 ExitCode runShow(const QStringList &arguments);
 

@@ -19,6 +19,9 @@ struct Command
 };
 
 const Command commands[] = {
+    {"info", "show the panel's load, memory, disk and kind", runInfo},
+    {"link-params", "show or set the parameters of a link, as a screen does", runLinkParams},
+    {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
     {"serve", "run the bottling line's PLC for other programs", runServe},
     {"show", "show the values of a project's items", runShow},
 };

@@ -1,23 +1,19 @@
 #include "simulator/comm/communication.h"
 #include "simulator/host/itemdisplay.h"
 #include "simulator/panelsim/commands.h"
-#include "simulator/panelsim/interrupt.h"
 #include "simulator/panelsim/texttable.h"
+#include "simulator/panelsim/watching.h"
 #include "simulator/project/valuetypes.h"
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTimer>
-
-#include <unistd.h>
 
 namespace panelkit::simulator {
 
 namespace {
 
-constexpr int redrawInterval = 500; // milliseconds
+constexpr std::chrono::milliseconds redrawInterval{500};
 
 QStringList hexWords(const QVector<quint16> &words)
 {
@@ -110,30 +106,6 @@ void printSnapshot(const Session &session, bool asJson, bool onOneLine)
     print(items + QLatin1Char('\n') + linkTable(session.communication()));
 }
 
-void watch(const Session &session, bool asJson)
-{
-    const bool inPlace = !asJson && isatty(STDOUT_FILENO) != 0;
-    const auto redraw = [&session, asJson, inPlace] {
-        if (inPlace) {
-            print(QStringLiteral("\x1b[H\x1b[J"));
-            printSnapshot(session, false, false);
-            print(QStringLiteral("\nCtrl-C ends this.\n"));
-        } else {
-            printSnapshot(session, asJson, true);
-        }
-    };
-    if (inPlace) // the other screen, so that the terminal is afterwards as it was
-        print(QStringLiteral("\x1b[?1049h\x1b[?25l"));
-    quitOnInterrupt();
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, redraw);
-    timer.start(redrawInterval);
-    redraw();
-    QCoreApplication::exec();
-    if (inPlace)
-        print(QStringLiteral("\x1b[?25h\x1b[?1049l"));
-}
-
 bool everyPlcAnswers(const Communication &comm)
 {
     for (const int number : comm.linkNumbers()) {
@@ -167,7 +139,9 @@ ExitCode runShow(const QStringList &arguments)
     watchItems(*session);
     const bool asJson = parser.isSet(QStringLiteral("json"));
     if (parser.isSet(QStringLiteral("watch")))
-        watch(*session, asJson);
+        drawUntilInterrupt(redrawInterval, !asJson, [&session, asJson](Drawing drawing) {
+            printSnapshot(*session, asJson, drawing == Drawing::Below);
+        });
     else
         printSnapshot(*session, asJson, false);
     return everyPlcAnswers(session->communication()) ? ExitCode::Done : ExitCode::NoAnswer;

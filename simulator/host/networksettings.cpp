@@ -1,0 +1,95 @@
+#include "simulator/host/networksettings.h"
+
+#include "platform/sys_base.h"
+
+namespace panelkit::simulator {
+
+namespace {
+
+// The 32 bits of an address, most significant byte first; 0 for what is none.
+quint32 bitsOf(const QString &address)
+{
+    quint32 bits = 0;
+    for (const quint16 part : partsOfAddress(address))
+        bits = bits << 8 | (part & 0xffu);
+    return bits;
+}
+
+bool hasHoles(quint32 mask)
+{
+    const quint32 hostBits = ~mask;
+    return (hostBits & (hostBits + 1)) != 0;
+}
+
+// Whether anybody but the network as a whole can have this address.
+bool isHostAddress(quint32 address)
+{
+    const quint32 firstByte = address >> 24;
+    return firstByte != 0 && firstByte != 127 && firstByte < 224;
+}
+
+// Warns of an address that stands for the whole of its network. A network of one or two addresses has none
+// such.
+void warnOfReservedAddress(const QString &name, const QString &text, quint32 mask, QStringList &warnings)
+{
+    const quint32 hostBits = ~mask;
+    if (hostBits <= 1)
+        return;
+    const quint32 host = bitsOf(text) & hostBits;
+    if (host == 0)
+        warnings << QStringLiteral("The %1 %2 is the address of the network itself.").arg(name, text);
+    if (host == hostBits)
+        warnings << QStringLiteral("The %1 %2 is the broadcast address of its network.").arg(name, text);
+}
+
+} // namespace
+
+NetworkSettings storedNetworkSettings()
+{
+    return {sys_base_get_config_Ip(false), sys_base_get_config_NetMask(), sys_base_get_config_Gateway(),
+            sys_base_get_config_DNS()};
+}
+
+QList<quint16> partsOfAddress(const QString &text)
+{
+    QList<quint16> parts;
+    for (const QString &part : text.split(QLatin1Char('.'))) {
+        bool isNumber = !part.isEmpty() && part.at(0).isDigit();
+        const quint16 value = isNumber ? part.toUShort(&isNumber) : 0;
+        if (!isNumber)
+            return {};
+        parts << value;
+    }
+    return parts.size() == 4 ? parts : QList<quint16>();
+}
+
+QStringList networkWarnings(const NetworkSettings &settings)
+{
+    QStringList warnings;
+    const quint32 ip = bitsOf(settings.ip);
+    const quint32 mask = bitsOf(settings.netMask);
+    const quint32 gateway = bitsOf(settings.gateway);
+
+    if (!isHostAddress(ip))
+        warnings << QStringLiteral("The IP address %1 is none that a panel can have.").arg(settings.ip);
+    if (gateway == ip)
+        warnings << QStringLiteral("The gateway %1 is the panel itself.").arg(settings.gateway);
+    if (mask == 0)
+        warnings << QStringLiteral("The subnet mask 0.0.0.0 makes every address a neighbour.");
+    if (hasHoles(mask)) {
+        warnings << QStringLiteral("The subnet mask %1 has holes: its ones must all stand before its zeros.")
+                        .arg(settings.netMask);
+        return warnings; // what lies in the subnet is then anybody's guess
+    }
+    warnOfReservedAddress(QStringLiteral("IP address"), settings.ip, mask, warnings);
+    if ((gateway & mask) != (ip & mask))
+        warnings << QStringLiteral(
+                        "The gateway %1 lies outside of the panel's subnet: nothing beyond it can be "
+                        "reached.")
+                        .arg(settings.gateway);
+    else if (gateway != ip)
+        warnOfReservedAddress(QStringLiteral("gateway"), settings.gateway, mask, warnings);
+    return warnings;
+}
+
+} // namespace panelkit::simulator

@@ -1,0 +1,30 @@
+// The panel's own address as its system configuration keeps it.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace panelkit::simulator {
+
+// Dotted texts; empty where nothing is set.
+struct NetworkSettings
+{
+    QString ip;
+    QString netMask;
+    QString gateway;
+    QString dns;
+};
+
+// What the system configuration holds now.
+NetworkSettings storedNetworkSettings();
+
+// The four numbers of a dotted text, or none when it is not four numbers from 0 to 65535, as registers hold
+// them.
+QList<quint16> partsOfAddress(const QString &text);
+
+// What the library lets pass in four addresses that it accepts, and what may yet cut the panel off; one
+// sentence each.
+QStringList networkWarnings(const NetworkSettings &settings);
+
+} // namespace panelkit::simulator

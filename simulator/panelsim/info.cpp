@@ -1,0 +1,201 @@
+#include "runtime/systeminfo.h"
+#include "runtime/systemroot.h"
+#include "simulator/host/panelfiles.h"
+#include "simulator/panelsim/commands.h"
+#include "simulator/panelsim/texttable.h"
+#include "simulator/panelsim/watching.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+
+#include <sys/sysinfo.h>
+#include <thread>
+
+namespace panelkit::simulator {
+
+namespace {
+
+struct Figures
+{
+    double load = 0;                 // percent
+    quint32 freeMemory = 0;          // KiB, as the panel's arithmetic has it
+    quint64 freeMemoryOfMachine = 0; // KiB
+    QString diskPath;
+    DevDiskInfo disk = {};
+    QString model;
+    bool isIotDevice = false;
+    bool isBoxDevice = false;
+    int iotVersion = 0;
+};
+
+DevDiskInfo diskSpace(const QString &path)
+{
+    return tools_get_dev_disk(QFile::encodeName(path).constData());
+}
+
+Figures takeFigures(cpu_info &processor, const QString &diskPath)
+{
+    Figures figures;
+    // The kernel corrects its counters now and then; a display keeps to what a load can be.
+    figures.load = qBound(0.0f, tools_get_cpu_info(processor), 100.0f);
+    figures.freeMemory = tools_get_dev_mem();
+    struct sysinfo memory = {};
+    if (sysinfo(&memory) == 0)
+        figures.freeMemoryOfMachine = static_cast<quint64>(memory.freeram) * memory.mem_unit / 1024;
+    figures.diskPath = diskPath;
+    figures.disk = diskSpace(diskPath);
+    const QSettings configuration(tools_systemRoot() + QStringLiteral("/usr/tesk42/config.ini"),
+                                  QSettings::IniFormat);
+    figures.model = configuration.value(QStringLiteral("MODEL")).toString();
+    figures.isIotDevice = tools_isIotDevice();
+    figures.isBoxDevice = tools_isBoxDevice();
+    figures.iotVersion = tools_iot_version();
+    return figures;
+}
+
+// Whether the panel's figure of the free memory is what is left of a larger one.
+bool isMemoryWrapped(const Figures &figures)
+{
+    const quint64 fourGibibytes = 4 * 1024 * 1024;
+    return figures.freeMemoryOfMachine >= fourGibibytes;
+}
+
+QString kindOf(const Figures &figures)
+{
+    if (figures.isBoxDevice)
+        return QStringLiteral("gateway box with the IoT runtime");
+    return figures.isIotDevice ? QStringLiteral("panel with the IoT runtime") : QStringLiteral("panel");
+}
+
+QString withUnit(double value, const char *unit)
+{
+    return QString::number(value, 'f', 1) + QLatin1Char(' ') + QLatin1String(unit);
+}
+
+QString table(const Figures &figures)
+{
+    const QString memoryNote =
+        isMemoryWrapped(figures)
+            ? QStringLiteral("a panel counts to 4 GiB and begins again: here %1 KiB are free")
+                  .arg(figures.freeMemoryOfMachine)
+            : QString();
+    return alignedRows(
+        {{QStringLiteral("CPU load"), withUnit(figures.load, "%")},
+         {QStringLiteral("Free memory"), QStringLiteral("%1 KiB").arg(figures.freeMemory), memoryNote},
+         {QStringLiteral("Disk"), withUnit(figures.disk.totalMB, "MiB"), figures.diskPath},
+         {QStringLiteral("  used"), withUnit(figures.disk.usedMB, "MiB")},
+         {QStringLiteral("  free"), withUnit(figures.disk.freeMB, "MiB")},
+         {QStringLiteral("Device model"),
+          figures.model.isEmpty() ? QStringLiteral("not set") : figures.model},
+         {QStringLiteral("Device kind"), kindOf(figures)},
+         {QStringLiteral("IoT version"), QString::number(figures.iotVersion)}});
+}
+
+QJsonObject json(const Figures &figures)
+{
+    return {{QStringLiteral("cpuLoadPercent"), figures.load},
+            {QStringLiteral("freeMemoryKiB"), static_cast<double>(figures.freeMemory)},
+            {QStringLiteral("freeMemoryWrapped"), isMemoryWrapped(figures)},
+            {QStringLiteral("disk"),
+             QJsonObject{{QStringLiteral("path"), figures.diskPath},
+                         {QStringLiteral("totalMiB"), static_cast<double>(figures.disk.totalMB)},
+                         {QStringLiteral("usedMiB"), static_cast<double>(figures.disk.usedMB)},
+                         {QStringLiteral("freeMiB"), static_cast<double>(figures.disk.freeMB)}}},
+            {QStringLiteral("model"), figures.model},
+            {QStringLiteral("isIotDevice"), figures.isIotDevice},
+            {QStringLiteral("isBoxDevice"), figures.isBoxDevice},
+            {QStringLiteral("iotVersion"), figures.iotVersion}};
+}
+
+void printFigures(const Figures &figures, bool asJson, bool onOneLine)
+{
+    if (!asJson) {
+        print(table(figures));
+        return;
+    }
+    const auto format = onOneLine ? QJsonDocument::Compact : QJsonDocument::Indented;
+    print(QString::fromUtf8(QJsonDocument(json(figures)).toJson(format)));
+    if (onOneLine)
+        print(QStringLiteral("\n"));
+}
+
+void addOptions(QCommandLineParser &parser)
+{
+    parser.addOption(
+        {QStringLiteral("root"),
+         QStringLiteral("The panel whose files lie below DIR; without it this machine is the panel."),
+         QStringLiteral("DIR")});
+    parser.addOption({QStringLiteral("disk"),
+                      QStringLiteral("The disk that holds PATH; without it the one of the panel's files."),
+                      QStringLiteral("PATH")});
+    parser.addOption(
+        {QStringLiteral("interval"),
+         QStringLiteral("The time over which the load is measured, in milliseconds; 1000 without it."),
+         QStringLiteral("MS"), QStringLiteral("1000")});
+    parser.addOption(
+        {QStringLiteral("json"), QStringLiteral("Print JSON; with --watch one line each time.")});
+    parser.addOption(
+        {QStringLiteral("watch"), QStringLiteral("Draw anew after each interval, until Ctrl-C.")});
+}
+
+// Nothing after a complaint.
+std::optional<std::chrono::milliseconds> readInterval(const QCommandLineParser &parser)
+{
+    const QString text = parser.value(QStringLiteral("interval"));
+    bool isNumber = false;
+    const int milliseconds = text.toInt(&isNumber);
+    if (isNumber && milliseconds >= 10 && milliseconds <= 3'600'000)
+        return std::chrono::milliseconds(milliseconds);
+    complain(QStringLiteral("--interval '%1' is not a number of milliseconds from 10 to 3600000").arg(text));
+    return std::nullopt;
+}
+
+} // namespace
+
+ExitCode runInfo(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    const auto ended = readOptions(
+        parser, QStringLiteral("Shows the panel's load, free memory, disk, device model and kind."),
+        arguments, 0);
+    if (ended)
+        return *ended;
+    const auto interval = readInterval(parser);
+    if (!interval)
+        return ExitCode::WrongUse;
+    std::unique_ptr<PanelFiles> files;
+    if (parser.isSet(QStringLiteral("root"))) {
+        QString error;
+        files = PanelFiles::create(parser.value(QStringLiteral("root")), error);
+        if (!files) {
+            complain(error);
+            return ExitCode::Failed;
+        }
+        tools_setSystemRoot(files->root());
+    }
+    QString diskPath = parser.value(QStringLiteral("disk"));
+    if (diskPath.isEmpty())
+        diskPath = files ? files->root() : QStringLiteral("/");
+    if (diskSpace(diskPath).totalMB <= 0) {
+        complain(QStringLiteral("--disk '%1' is on no disk that can be measured").arg(diskPath));
+        return ExitCode::Failed;
+    }
+
+    cpu_info processor = {};
+    processor.firstCall = 1;
+    tools_get_cpu_info(processor);
+    std::this_thread::sleep_for(*interval);
+    const bool asJson = parser.isSet(QStringLiteral("json"));
+    if (parser.isSet(QStringLiteral("watch")))
+        drawUntilInterrupt(*interval, !asJson, [&](Drawing drawing) {
+            printFigures(takeFigures(processor, diskPath), asJson, drawing == Drawing::Below);
+        });
+    else
+        printFigures(takeFigures(processor, diskPath), asJson, false);
+    return ExitCode::Done;
+}
+
+} // namespace panelkit::simulator
