@@ -16,6 +16,12 @@ struct NetworkSettings
     QString dns;
 };
 
+inline bool operator==(const NetworkSettings &one, const NetworkSettings &other)
+{
+    return one.ip == other.ip && one.netMask == other.netMask && one.gateway == other.gateway &&
+           one.dns == other.dns;
+}
+
 // What the system configuration holds now.
 NetworkSettings storedNetworkSettings();
 

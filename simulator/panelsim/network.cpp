@@ -1,4 +1,5 @@
 #include "platform/sys_base.h"
+#include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
 #include "simulator/host/flagpolling.h"
 #include "simulator/host/networkplan.h"
@@ -36,6 +37,13 @@ const Setting settings[] = {
     {"dns", "DNS server", &NetworkSettings::dns, 64064},
 };
 
+// Without leading zeros, as the library writes it.
+template <typename Parts>
+QString dottedText(const Parts &parts)
+{
+    return QStringLiteral("%1.%2.%3.%4").arg(parts[0]).arg(parts[1]).arg(parts[2]).arg(parts[3]);
+}
+
 // `stored` with what the arguments say in its place; nothing after a complaint.
 std::optional<NetworkSettings> wantedSettings(NetworkSettings stored, const QStringList &arguments)
 {
@@ -53,13 +61,15 @@ std::optional<NetworkSettings> wantedSettings(NetworkSettings stored, const QStr
             complain(QStringLiteral("network: the panel has no %1 yet: give %1=A.B.C.D too").arg(key));
             return std::nullopt;
         }
-        if (partsOfAddress(text).isEmpty()) {
+        const QList<quint16> parts = partsOfAddress(text);
+        if (parts.isEmpty()) {
             complain(
                 QStringLiteral("network: %1 '%2' is not four numbers from 0 to 65535, which the registers "
                                "hold, with dots between")
                     .arg(key, text));
             return std::nullopt;
         }
+        text = dottedText(parts);
     }
     return stored;
 }
@@ -72,11 +82,9 @@ void printSettings(Communication &comm)
     for (const Setting &setting : settings) {
         quint16 words[4] = {};
         comm.readRegisters(wordArea, setting.firstRegister, 4, words);
-        const QString value =
-            QStringLiteral("%1.%2.%3.%4").arg(words[0]).arg(words[1]).arg(words[2]).arg(words[3]);
         rows << QStringList{QLatin1String(setting.name),
                             QStringLiteral("%1-%2").arg(setting.firstRegister).arg(setting.firstRegister + 3),
-                            (stored.*setting.text).isEmpty() ? QStringLiteral("not set") : value};
+                            (stored.*setting.text).isEmpty() ? QStringLiteral("not set") : dottedText(words)};
     }
     print(alignedRows(rows));
 }
@@ -89,18 +97,31 @@ ExitCode show(Session &session)
     return ExitCode::Done;
 }
 
+// As an operator does on a screen.
+void enterSettings(Communication &comm, const NetworkSettings &wanted)
+{
+    for (const Setting &setting : settings) {
+        int address = setting.firstRegister;
+        for (const quint16 part : partsOfAddress(wanted.*setting.text))
+            comm.writeRegisters(wordArea, address++, 1, &part);
+    }
+    comm.writeRegisters(flagArea, saveFlag, 1, &request);
+}
+
+void printCommands(bool wereRun)
+{
+    print(wereRun ? QStringLiteral("\nCommands that were run on this machine:\n")
+                  : QStringLiteral("\nCommands that a panel runs, and --run-commands here:\n"));
+    for (const QByteArray &command : recordedCommands())
+        print(alignedRows({{QString(), QString::fromUtf8(command).trimmed()}}));
+}
+
 ExitCode set(Session &session, const QStringList &arguments, const QCommandLineParser &parser)
 {
     const auto wanted = wantedSettings(storedNetworkSettings(), arguments);
     if (!wanted)
         return ExitCode::WrongUse;
-    Communication &comm = session.communication();
-    for (const Setting &setting : settings) {
-        int address = setting.firstRegister;
-        for (const quint16 part : partsOfAddress(*wanted.*setting.text))
-            comm.writeRegisters(wordArea, address++, 1, &part);
-    }
-    comm.writeRegisters(flagArea, saveFlag, 1, &request);
+    enterSettings(session.communication(), *wanted);
     const bool isSaved = session.flags().poll().savedAddress;
     const QStringList messages = takeOperatorMessages();
     if (!isSaved) {
@@ -108,13 +129,15 @@ ExitCode set(Session &session, const QStringList &arguments, const QCommandLineP
         return ExitCode::Failed;
     }
 
+    sys_base_init_config(); // from the file, so that what is shown is what is kept
+    if (!(storedNetworkSettings() == *wanted)) {
+        complain(QStringLiteral("%1: the settings cannot be stored: name another folder with --root")
+                     .arg(tools_systemRoot() + QLatin1String(configurationPath)));
+        return ExitCode::Failed;
+    }
     print(QStringLiteral("The panel says: ") + messages.join(QLatin1Char(' ')) + QLatin1String("\n\n"));
-    printSettings(comm);
-    print(parser.isSet(QStringLiteral("run-commands"))
-              ? QStringLiteral("\nCommands that were run on this machine:\n")
-              : QStringLiteral("\nCommands that a panel runs, and --run-commands here:\n"));
-    for (const QByteArray &command : recordedCommands())
-        print(alignedRows({{QString(), QString::fromUtf8(command).trimmed()}}));
+    printSettings(session.communication());
+    printCommands(parser.isSet(QStringLiteral("run-commands")));
     for (const QString &warning : networkWarnings(*wanted))
         complain(QStringLiteral("warning: ") + warning);
     sayWhatIsKept(parser);
