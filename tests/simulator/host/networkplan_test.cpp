@@ -127,17 +127,32 @@ TEST_F(NetworkPlanning, CarriesTheWarnings)
     EXPECT_EQ(plan.warnings.size(), 1);
 }
 
-TEST_F(NetworkPlanning, ChangesNothing)
+TEST_F(NetworkPlanning, ChangesNoFile)
 {
     write("/etc/config/network", "");
     write("/etc/panel.ini", "[network]\nip=10.0.0.1\n");
     write("/usr/tesk42/config.ini", "MODEL=T7\n");
+    setConfigurationFile(root.filePath(QStringLiteral("etc/panel.ini")));
     const QStringList before = snapshot();
     planNetwork(root.path(), settings("192.168.1.5", "255.255.255.0", "192.168.1.1"));
     EXPECT_EQ(snapshot(), before);
     EXPECT_TRUE(recordedCommands().isEmpty());
     EXPECT_EQ(sys_base_get_app_pro(), nullptr);
     EXPECT_TRUE(tools_systemRoot().isEmpty());
+}
+
+TEST_F(NetworkPlanning, RunsNoCommandWhateverThePolicy)
+{
+    write("/etc/config/network", "");
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", OPENWRT_COMMANDS ":" + path);
+    qputenv("UCI_STATE", root.path().toLocal8Bit());
+    setCommandPolicy(CommandPolicy::Run);
+    planNetwork(root.path(), settings("192.168.1.5", "255.255.255.0", "192.168.1.1"));
+    setCommandPolicy(CommandPolicy::Record);
+    qputenv("PATH", path);
+    qunsetenv("UCI_STATE");
+    EXPECT_FALSE(QFileInfo::exists(root.filePath(QStringLiteral("calls"))));
 }
 
 TEST_F(NetworkPlanning, MakesNoRootThatIsNotThere)

@@ -107,13 +107,18 @@ TEST_F(PanelsimNetwork, SaysWhenTheSettingsCannotBeStored)
 {
     // A folder in the file's place: nobody can write that, not even root.
     ASSERT_TRUE(QDir().mkpath(root() + QStringLiteral("/etc/panel.ini")));
-    const ProgramRun set = runBelowRoot(QStringList(QStringLiteral("set")) + address);
-    EXPECT_EQ(set.exitCode, 1);
-    EXPECT_EQ(set.err,
-              QStringLiteral("panelsim: %1/etc/panel.ini: the settings cannot be stored: name another folder "
-                             "with --root\n")
-                  .arg(root()));
-    EXPECT_TRUE(set.out.isEmpty());
+    for (const char *model :
+         {"T7", "W10"}) { // one that reads its configuration anew by itself, one that does not
+        ASSERT_TRUE(
+            write(root() + QStringLiteral("/usr/tesk42/config.ini"), QByteArray("MODEL=") + model + "\n"));
+        const ProgramRun set = runBelowRoot(QStringList(QStringLiteral("set")) + address);
+        EXPECT_EQ(set.exitCode, 1);
+        EXPECT_EQ(set.err,
+                  QStringLiteral("panelsim: %1/etc/panel.ini: the settings cannot be stored: name another "
+                                 "folder with --root\n")
+                      .arg(root()));
+        EXPECT_TRUE(set.out.isEmpty());
+    }
 }
 
 TEST_F(PanelsimNetwork, WarnsOfWhatThePanelLetsPass)
