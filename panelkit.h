@@ -1,6 +1,9 @@
 // Everything that libpanelkit gives to its callers.
 #pragma once
 
+#include "export/helpcsv.h"
+#include "export/helpsqlite.h"
+#include "export/tableexport.h"
 #include "macro/events.h"
 #include "macro/interfaceall.h"
 #include "network/dynamiclink.h"
@@ -10,4 +13,5 @@
 #include "register/numformat.h"
 #include "register/registervaluechange.h"
 #include "runtime/systeminfo.h"
+#include "register/textencoding.h"
 #include "runtime/systemroot.h"
