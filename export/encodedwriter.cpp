@@ -9,17 +9,10 @@ namespace panelkit {
 
 namespace {
 
-// An entry of the table is the two bytes of a character, the first of them not ASCII, or one of these.
-enum TableEntry : quint16
-{
-    NotAskedYet = 0,
-    OneByte = 0x0100, // which is in the low half
-    NoByte = 0x0200,
-    AskEachTime = 0x0300,
-    TwoBytes = 0x8000 // from here on
-};
+// An entry of the table holds the bytes of a character as they follow each other: one of ASCII and a zero, or
+// two of which the first is not ASCII. This one says that only the codec knows them.
+const quint16 askCodec = 1;
 
-const int bufferSize = 32 * 1024;
 const std::size_t tableSize = 0x10000;
 
 quint16 tableEntry(const QByteArray &bytes)
@@ -27,13 +20,16 @@ quint16 tableEntry(const QByteArray &bytes)
     const auto byte = [&bytes](int i) {
         return static_cast<quint8>(bytes.at(i));
     };
-    if (bytes.isEmpty())
-        return NoByte;
-    if (bytes.size() == 1)
-        return static_cast<quint16>(OneByte | byte(0));
+    if (bytes.size() == 1 && byte(0) < 0x80)
+        return static_cast<quint16>(byte(0) << 8);
     if (bytes.size() == 2 && byte(0) >= 0x80)
         return static_cast<quint16>(byte(0) << 8 | byte(1));
-    return AskEachTime;
+    return askCodec;
+}
+
+bool areAscii(const QChar *four)
+{
+    return (four[0].unicode() | four[1].unicode() | four[2].unicode() | four[3].unicode()) < 0x80;
 }
 
 } // namespace
@@ -41,7 +37,7 @@ quint16 tableEntry(const QByteArray &bytes)
 EncodedWriter::EncodedWriter(QTextCodec *codec, QIODevice *device)
     : m_encoder(codec, QTextCodec::IgnoreHeader),
       m_device(device),
-      m_table(tableSize, NotAskedYet),
+      m_table(tableSize, askCodec),
       m_buffer(bufferSize)
 {
 }
@@ -60,13 +56,6 @@ void EncodedWriter::write(const QString &text)
     }
 }
 
-void EncodedWriter::write(char ascii)
-{
-    if (m_used == bufferSize)
-        flush();
-    m_buffer[static_cast<std::size_t>(m_used++)] = ascii;
-}
-
 void EncodedWriter::flush()
 {
     if (m_used > 0 && !m_refused)
@@ -78,17 +67,23 @@ void EncodedWriter::flush()
 // table.
 const QChar *EncodedWriter::writeLookedUp(const QChar *from, const QChar *to)
 {
+    const quint16 *const table = m_table.data(); // not read anew after each byte
     char *out = m_buffer.data() + m_used;
-    for (; from != to; ++from) {
-        const quint16 entry = m_table[from->unicode()];
-        if (entry >= TwoBytes) {
-            *out++ = static_cast<char>(entry >> 8);
-            *out++ = static_cast<char>(entry & 0xFF);
-        } else if (entry < NoByte && entry != NotAskedYet) {
-            *out++ = static_cast<char>(entry & 0xFF);
-        } else if (entry != NoByte) {
-            break;
+    while (from != to) {
+        if (to - from >= 4 && areAscii(from)) {
+            for (int i = 0; i < 4; ++i)
+                out[i] = static_cast<char>(from[i].unicode());
+            out += 4;
+            from += 4;
+            continue;
         }
+        const quint16 entry = table[from->unicode()];
+        if (entry == askCodec)
+            break;
+        out[0] = static_cast<char>(entry >> 8);
+        out[1] = static_cast<char>(entry & 0xFF);
+        out += entry < 0x8000 ? 1 : 2;
+        ++from;
     }
     m_used = static_cast<int>(out - m_buffer.data());
     return from;

@@ -28,10 +28,17 @@ public:
 
     // A surrogate pair must not be spread over two texts.
     void write(const QString &text);
-    void write(char ascii);
+    void write(char ascii)
+    {
+        if (m_used == bufferSize)
+            flush();
+        m_buffer[static_cast<std::size_t>(m_used++)] = ascii;
+    }
     void flush();
 
 private:
+    static const int bufferSize = 64 * 1024;
+
     const QChar *writeLookedUp(const QChar *from, const QChar *to);
     const QChar *writeEncoded(const QChar *from, const QChar *end);
 

@@ -25,11 +25,16 @@ qint64 writtenSize(const QString &field)
 
 QChar *writeField(QChar *out, const QString &field)
 {
-    if (writtenSize(field) == field.size())
-        return std::copy(field.constData(), field.constData() + field.size(), out);
-    *out++ = quote;
-    out = panelkit::writeDoubled(out, field, quote);
-    *out++ = quote;
+    QChar *const start = out;
+    for (const QChar character : field) {
+        if (character == comma || character == quote) {
+            *start = quote;
+            out = panelkit::writeDoubled(start + 1, field, quote);
+            *out++ = quote;
+            return out;
+        }
+        *out++ = character;
+    }
     return out;
 }
 
@@ -85,8 +90,7 @@ TextSize readPlain(const QString &line, QString &field, TextSize pos)
     const QChar *start = begin + qMin(pos, line.size());
     const QChar *stop = std::find(start, begin + line.size(), comma);
     const TextSize end = static_cast<TextSize>(stop - begin);
-    field =
-        QString(start, static_cast<TextSize>(stop - start)); // from here on `line` may be `field`, and gone
+    field = QString(start, static_cast<TextSize>(stop - start)); // `line` may be `field`, and is gone then
     return end;
 }
 
@@ -122,7 +126,8 @@ QString helpCSV::toCsvStringLine(const QStringList &fields)
 QStringList helpCSV::fromCsvLine(const QString &line)
 {
     QStringList fields;
-    fields.reserve(line.count(comma) + 1);
+    const auto commas = std::count(line.constData(), line.constData() + line.size(), comma);
+    fields.reserve(static_cast<TextSize>(commas) + 1);
     for (TextSize pos = 0; pos < line.size(); ++pos) {
         fields.append(QString());
         pos = line.at(pos) == quote ? readQuoted(line, fields.last(), pos + 1)
