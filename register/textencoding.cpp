@@ -1,62 +1,27 @@
 #include "register/textencoding.h"
 
 #include "register/namedcodec.h"
-#include "register/utf8prefix.h"
+#include "register/utf8recogniser.h"
 
 #include <QFile>
 
-#include <algorithm>
 #include <cstring>
 #include <vector>
 
 namespace {
 
 const std::size_t blockSize = 64 * 1024;
-const std::size_t decodedAtOnce = 16 * 1024; // the text takes twice as much, or three times
-
-// Whether the codec finds no invalid character in a file, told block by block.
-class Utf8Recogniser
-{
-public:
-    // Looks at a block and returns how many bytes at its end, fewer than 4, the next block must begin with.
-    std::size_t look(const char *bytes, std::size_t length)
-    {
-        const std::size_t certain = m_askCodec ? 0 : panelkit::certainUtf8Prefix(bytes, length);
-        const std::size_t rest = length - certain;
-        if (!m_askCodec && rest < 4)
-            return rest;
-        m_askCodec = true; // from the first doubt on
-        ask(bytes + certain, rest);
-        return 0;
-    }
-
-    // The codec has the last word, and is asked about the unfinished character at a file's end too.
-    void ask(const char *bytes, std::size_t length)
-    {
-        for (std::size_t asked = 0; asked < length && isValid(); asked += decodedAtOnce) {
-            const std::size_t size = std::min(length - asked, decodedAtOnce);
-            m_codec->toUnicode(bytes + asked, static_cast<int>(size), &m_state);
-        }
-    }
-
-    bool isValid() const { return m_codec != nullptr && m_state.invalidChars == 0; }
-
-private:
-    const QTextCodec *m_codec = QTextCodec::codecForName("utf-8");
-    QTextCodec::ConverterState m_state;
-    bool m_askCodec = false;
-};
 
 // Whether `file`, of which `block` already holds the first `length` bytes, is UTF-8.
 bool isUtf8(QFile &file, std::vector<char> &block, std::size_t length)
 {
-    Utf8Recogniser recogniser;
+    panelkit::Utf8Recogniser recogniser;
     while (recogniser.isValid()) {
         const std::size_t kept = recogniser.look(block.data(), length);
         std::memmove(block.data(), block.data() + length - kept, kept);
         const qint64 read = file.read(block.data() + kept, static_cast<qint64>(blockSize - kept));
         if (read <= 0) {
-            recogniser.ask(block.data(), kept);
+            recogniser.finish(block.data(), kept);
             break;
         }
         length = kept + static_cast<std::size_t>(read);

@@ -1,5 +1,8 @@
-#include "register/utf8prefix.h"
+#include "register/utf8recogniser.h"
 
+#include <QString>
+
+#include <algorithm>
 #include <cstdint>
 
 namespace panelkit {
@@ -64,9 +67,10 @@ std::size_t certainLength(const unsigned char *at, std::size_t left)
     return 0;
 }
 
-} // namespace
-
-std::size_t certainUtf8Prefix(const char *bytes, std::size_t length)
+// How many of the bytes, from the first on, are whole characters of UTF-8 beyond all doubt. In doubt are an
+// unfinished character at the end, what is no UTF-8, and the code points reserved as noncharacters, about
+// which the codecs of the toolkit's generations differ.
+std::size_t certainPrefix(const char *bytes, std::size_t length)
 {
     const auto *at = reinterpret_cast<const unsigned char *>(bytes);
     const unsigned char *const end = at + length;
@@ -84,6 +88,36 @@ std::size_t certainUtf8Prefix(const char *bytes, std::size_t length)
         at += character;
     }
     return length - left();
+}
+
+} // namespace
+
+std::size_t Utf8Recogniser::look(const char *bytes, std::size_t length)
+{
+    const std::size_t certain = m_inDoubt ? 0 : certainPrefix(bytes, length);
+    const std::size_t rest = length - certain;
+    if (!m_inDoubt && rest < 4)
+        return rest;
+    m_inDoubt = true;
+    decode(bytes + certain, rest);
+    return 0;
+}
+
+void Utf8Recogniser::finish(const char *bytes, std::size_t length)
+{
+    decode(bytes, length);
+}
+
+bool Utf8Recogniser::isValid() const
+{
+    return m_codec != nullptr && m_state.invalidChars == 0;
+}
+
+void Utf8Recogniser::decode(const char *bytes, std::size_t length)
+{
+    const std::size_t atOnce = 16 * 1024; // the decoded text is thrown away, and takes twice as much or more
+    for (std::size_t done = 0; done < length && isValid(); done += atOnce)
+        m_codec->toUnicode(bytes + done, static_cast<int>(std::min(length - done, atOnce)), &m_state);
 }
 
 } // namespace panelkit
