@@ -40,6 +40,8 @@ EncodedWriter::EncodedWriter(QTextCodec *codec, QIODevice *device)
       m_table(tableSize, askCodec),
       m_buffer(bufferSize)
 {
+    for (std::size_t ascii = 0; ascii < 0x80; ++ascii)
+        m_table[ascii] = static_cast<quint16>(ascii << 8);
 }
 
 void EncodedWriter::write(const QString &text)

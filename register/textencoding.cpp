@@ -16,17 +16,18 @@ const std::size_t blockSize = 64 * 1024;
 bool isUtf8(QFile &file, std::vector<char> &block, std::size_t length)
 {
     panelkit::Utf8Recogniser recogniser;
-    while (recogniser.isValid()) {
+    for (;;) {
         const std::size_t kept = recogniser.look(block.data(), length);
+        if (!recogniser.isValid())
+            return false;
         std::memmove(block.data(), block.data() + length - kept, kept);
         const qint64 read = file.read(block.data() + kept, static_cast<qint64>(blockSize - kept));
         if (read <= 0) {
             recogniser.finish(block.data(), kept);
-            break;
+            return recogniser.isValid();
         }
         length = kept + static_cast<std::size_t>(read);
     }
-    return recogniser.isValid();
 }
 
 } // namespace
