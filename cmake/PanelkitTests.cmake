@@ -7,7 +7,8 @@ include(GoogleTest)
 #
 # LINK says what of the library the program gets: its objects (the default, which lets a test reach internal
 # code), the shared library as a caller has it, or nothing. Never both: process-wide state would exist twice.
-# GUI gives the program a QApplication on the offscreen platform instead of a QCoreApplication.
+# GUI gives the program a QApplication on the offscreen platform, with the fonts of tests/support/fonts.conf, instead of
+# a QCoreApplication.
 function(panelkit_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "LINK" "SOURCES;LIBRARIES")
   if(arg_UNPARSED_ARGUMENTS)
@@ -32,6 +33,8 @@ function(panelkit_add_test name)
   panelkit_link_qt(${name} PRIVATE Core)
   if(arg_GUI)
     panelkit_link_qt(${name} PRIVATE Widgets)
+    target_compile_definitions(${name} PRIVATE
+      PANELKIT_TEST_FONTS="${PROJECT_SOURCE_DIR}/tests/support/fonts.conf")
   endif()
   # A case that hangs is a failure of its own and must not take the run with it.
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)

@@ -14,6 +14,8 @@ int main(int argc, char **argv)
 #ifdef PANELKIT_TEST_GUI
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("FONTCONFIG_FILE"))
+        qputenv("FONTCONFIG_FILE", PANELKIT_TEST_FONTS);
     QApplication application(argc, argv);
 #else
     QCoreApplication application(argc, argv);
