@@ -202,7 +202,7 @@ TEST_F(PdfExport, LooksLikeLinesOfText)
              {text("-r"), text("300"), text("-png"), text("-singlefile"), path("1.pdf"), path("page")});
     const QImage page = QImage(path("page.png")).convertToFormat(QImage::Format_Grayscale8);
     ASSERT_EQ(page.width(), 2480);
-    ASSERT_EQ(page.height(), 3508);
+    ASSERT_EQ(page.height(), 3509);
     const auto inkIn = [&page](int top, int bottom) {
         int dark = 0;
         for (int y = top; y < bottom; ++y)

@@ -8,6 +8,15 @@
 
 #include <gmock/gmock.h>
 
+#if defined(PANELKIT_TEST_GUI) && defined(__SANITIZE_ADDRESS__)
+// Libraries below the toolkit that keep what they once allocated.
+extern "C" __attribute__((visibility("default"))) const char *__lsan_default_suppressions();
+const char *__lsan_default_suppressions()
+{
+    return "leak:libfontconfig.so\nleak:libdbus-1.so\nleak:libqoffscreen.so\n";
+}
+#endif
+
 int main(int argc, char **argv)
 {
     ::testing::InitGoogleMock(&argc, argv);
