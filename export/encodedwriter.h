@@ -37,7 +37,7 @@ public:
     void flush();
 
 private:
-    static const int bufferSize = 64 * 1024;
+    static const int bufferSize = 80 * 1024;
 
     const QChar *writeLookedUp(const QChar *from, const QChar *to);
     const QChar *writeEncoded(const QChar *from, const QChar *end);

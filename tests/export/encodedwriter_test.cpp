@@ -34,7 +34,7 @@ QByteArray plain(const char *codecName, const QStringList &texts)
     {
         PlainTextFile file(path, QIODevice::Truncate, codecName);
         for (const QString &text : texts)
-            file << text << QStringLiteral("\n");
+            file << text << "\n";
     }
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
@@ -109,7 +109,7 @@ TEST(EncodedWriter, WritesRandomTextsAsATextStreamDoes)
 TEST(EncodedWriter, WritesTextsThatEndAnywhereInItsBuffer)
 {
     QStringList texts;
-    for (int length = 32760; length < 32775; ++length)
+    for (int length = 40950; length < 40970; ++length)
         texts << QString(length, QChar(0x6e29)) << QString(2 * length, QLatin1Char('x'))
               << QString(length, QChar(0x6e29)) + QStringLiteral("\U0001F600");
     EXPECT_TRUE(ours("GBK", texts) == plain("GBK", texts));

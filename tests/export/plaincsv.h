@@ -8,11 +8,11 @@ namespace panelkit::testing {
 
 inline QString plainCsvString(const QString &field)
 {
-    const bool quoted = field.contains(QLatin1String(",")) || field.contains(QLatin1String("\""));
+    const bool quoted = field.contains(",") || field.contains("\"");
     QString text = field;
-    text.replace(QLatin1String("\""), QLatin1String("\"\""));
+    text.replace("\"", "\"\"");
     if (quoted)
-        text = QLatin1String("\"") + text + QLatin1String("\"");
+        text = "\"" + text + "\"";
     return text;
 }
 
@@ -22,7 +22,7 @@ inline QString plainCsvLine(const QStringList &fields)
         return QString();
     QString line = plainCsvString(fields.first());
     for (int i = 1; i < fields.size(); ++i)
-        line += QLatin1String(",") + plainCsvString(fields.at(i));
+        line += "," + plainCsvString(fields.at(i));
     return line;
 }
 
@@ -54,7 +54,7 @@ inline int plainQuotedField(const QString &line, QString &field, int pos)
 
 inline int plainUnquotedField(const QString &line, QString &field, int pos)
 {
-    int end = static_cast<int>(line.indexOf(QLatin1Char(','), pos));
+    int end = static_cast<int>(line.indexOf(",", pos));
     if (end < 0)
         end = static_cast<int>(line.size());
     field = line.mid(pos, end - pos);
@@ -70,7 +70,7 @@ inline QStringList plainCsvFields(const QString &line)
                                                : plainUnquotedField(line, field, pos);
         fields << field;
     }
-    if (line.endsWith(QLatin1Char(',')))
+    if (line.endsWith(","))
         fields << QString();
     return fields;
 }

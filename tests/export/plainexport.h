@@ -52,6 +52,16 @@ public:
         return *this;
     }
 
+    PlainTextFile &operator<<(const char *latin1)
+    {
+#if QT_VERSION < 0x060000
+        m_stream << latin1;
+        return *this;
+#else
+        return *this << QString::fromLatin1(latin1);
+#endif
+    }
+
     bool isOpen() const
     {
         return m_isOpen;
@@ -74,14 +84,14 @@ inline void plainExportToCsv(const QStringList &header, const QList<QStringList>
     if (!file.isOpen())
         return;
     for (const QString &entry : header)
-        file << entry << QStringLiteral("\n");
+        file << entry << "\n";
     for (const QStringList &cells : rows) {
         for (int i = 0; i < cells.size(); ++i) {
             if (i > 0)
-                file << QStringLiteral(",");
+                file << ",";
             file << cells.at(i);
         }
-        file << QStringLiteral("\n");
+        file << "\n";
     }
 }
 
