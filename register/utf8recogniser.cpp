@@ -45,11 +45,13 @@ bool isCertainQuadruple(const unsigned char *at)
     return !maybeNoncharacter;
 }
 
-// Whether a lead byte of three and the next byte cannot begin any of the triples that are not certain: nearly
-// all of Chinese and its punctuation.
+// Whether a lead byte of three and the next byte cannot begin any of the triples that are not certain. First
+// the range of nearly all of Chinese.
 bool isOrdinaryTriple(const unsigned char *at)
 {
-    return at[0] != 0xE0 && at[0] != 0xED && (at[0] != 0xEF || (at[1] != 0xB7 && at[1] != 0xBF));
+    if (at[0] >= 0xE1 && at[0] <= 0xEC)
+        return true;
+    return at[0] == 0xEE || (at[0] == 0xEF && at[1] != 0xB7 && at[1] != 0xBF);
 }
 
 // The length of the character at `at`, of which `left` bytes are there; 0 if it is not certain.
