@@ -29,7 +29,8 @@ target_compile_options(panelkit_build_flags INTERFACE
   $<$<BOOL:${PANELKIT_WERROR}>:-Werror>)
 # A vtable check or an interceptor of a sanitizer turns some of gcc's flow-based guesses into false alarms.
 if(PANELKIT_SANITIZE)
-  target_compile_options(panelkit_build_flags INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized)
+  target_compile_options(panelkit_build_flags INTERFACE
+    -Wno-null-dereference $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   set(panelkit_sanitize_flags "-fsanitize=${PANELKIT_SANITIZE}" -fno-omit-frame-pointer)
   if(PANELKIT_SANITIZE MATCHES "undefined")
     list(APPEND panelkit_sanitize_flags -fsanitize=float-cast-overflow,float-divide-by-zero -fno-sanitize-recover=all)
@@ -38,4 +39,8 @@ if(PANELKIT_SANITIZE)
   target_link_options(panelkit_build_flags INTERFACE ${panelkit_sanitize_flags})
 else()
   add_link_options(-Wl,--no-undefined)
+endif()
+# What a fuzzer runs counts the branches it takes.
+if(PANELKIT_FUZZ)
+  target_compile_options(panelkit_build_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
