@@ -1,13 +1,33 @@
 // What differs between the toolkit's generations 4.8, 5 and 6, each difference once.
 #pragma once
 
-#include <QtGlobal>
+#include <QByteArray>
+#include <QVariant>
+
+#if QT_VERSION >= 0x050000
+#include <QJsonDocument>
+#else
+#include <qjson/parser.h>
+#endif
 
 #if QT_VERSION >= 0x050300
 #include <QPageSize>
 #endif
 
 namespace panelkit {
+
+// A JSON document as a variant. Qt has a parser of its own from 5 on.
+inline QVariant variantFromJson(const QByteArray &text, bool &isJson)
+{
+#if QT_VERSION >= 0x050000
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    isJson = error.error == QJsonParseError::NoError;
+    return document.toVariant();
+#else
+    return QJson::Parser().parse(text, &isJson);
+#endif
+}
 
 // The page sizes moved from the printer to a class of their own.
 template <typename Printer>
