@@ -122,9 +122,7 @@ linkInfo_t readLink(object *node)
     const QString path = tools_driverFilePath(
         object_get_property_value_type_string(node, "driverLib", QString()), link.linkID);
     link.library = new QLibrary(path);
-    if (tools_driverFileState(path) == DriverFileState::Complete)
-        link.library->load();
-    if (link.library->isLoaded())
+    if (tools_driverFileState(path) == DriverFileState::Complete && link.library->load())
         link.checkAddr = reinterpret_cast<CheckAddrFunction>(link.library->resolve("intf_checkAddr"));
     return link;
 }
