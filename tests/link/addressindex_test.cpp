@@ -254,6 +254,14 @@ TEST_F(AddressIndex, ReadsTheIotRuntimesListOnABoxInEveryCase)
     });
 }
 
+TEST_F(AddressIndex, ReadsTheProjectsListOnAPanelThatHasTheIotRuntime)
+{
+    writeFile(text("/usr/tesk42/config.ini"), "MODEL=W10\n");
+    writeProjectList(R"({"links": [{"linkName": "PLC1", "linkDriver": "test"}]})");
+    install(text("libtest_1.so"));
+    inOwnProcess([&] { EXPECT_EQ(lookUp("PLC1", "keep", true), -1); });
+}
+
 TEST_F(AddressIndex, ReadsAgainWhileNoListHasAnElement)
 {
     install(text("libtest_1.so"));
