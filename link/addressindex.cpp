@@ -3,10 +3,10 @@
 #include "link/addresssyntax.h"
 #include "link/driverfile.h"
 #include "link/driverinterface.h"
+#include "link/driversearch.h"
 #include "link/linklist.h"
 #include "runtime/devicemodel.h"
 
-#include <QDirIterator>
 #include <QLibrary>
 #include <QMap>
 #include <QString>
@@ -26,19 +26,6 @@ QString driverOfLink(const QString &linkName, bool useProjectLinks)
                                                                                : panelkit::iotLinkList,
                                    linkNameToDriverNameMap);
     return linkNameToDriverNameMap.value(linkName);
-}
-
-// The path of the first file, in the folder's own order, whose name contains `driverName`. Empty when there
-// is none.
-QString findDriverFile(const QString &driverName)
-{
-    QDirIterator files(tools_driverFolder(), QDir::Files | QDir::NoSymLinks | QDir::Hidden);
-    while (files.hasNext()) {
-        files.next();
-        if (files.fileName().contains(driverName, Qt::CaseInsensitive))
-            return files.fileInfo().absoluteFilePath();
-    }
-    return QString();
 }
 
 int askDriver(QLibrary &driver, const QString &regName, const QString &addrText)
@@ -85,7 +72,7 @@ int tools_getAddrIndexFromDriverName(QString linkName, QString regName, QString 
                                      bool useProjectLinks)
 {
     const QString driverName = driverOfLink(linkName, useProjectLinks);
-    const QString path = driverName.isEmpty() ? QString() : findDriverFile(driverName);
+    const QString path = driverName.isEmpty() ? QString() : panelkit::findDriverFile(driverName);
     if (path.isEmpty())
         return readPlainIndex(addrText);
     if (tools_driverFileState(path) != DriverFileState::Complete)
