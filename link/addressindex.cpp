@@ -1,7 +1,6 @@
 #include "link/addressindex.h"
 
 #include "link/addresssyntax.h"
-#include "link/driverfile.h"
 #include "link/driverinterface.h"
 #include "link/driversearch.h"
 #include "link/linklist.h"
@@ -9,7 +8,6 @@
 
 #include <QLibrary>
 #include <QMap>
-#include <QString>
 #include <QStringList>
 
 #include <algorithm>
@@ -17,36 +15,42 @@
 
 namespace {
 
-// Empty when the link is not known.
-QString driverOfLink(const QString &linkName, bool useProjectLinks)
+// Fills in the driver's name and the list that it comes from.
+void findDriverName(const QString &linkName, bool useProjectLinks, AddressIndexOrigin &origin)
 {
     static QMap<QString, QString> linkNameToDriverNameMap;
-    if (linkNameToDriverNameMap.isEmpty())
-        panelkit::readLinkListFile(useProjectLinks && !panelkit::isBoxDevice() ? panelkit::projectLinkList
-                                                                               : panelkit::iotLinkList,
+    static AddressIndexOrigin::List source = AddressIndexOrigin::NoList;
+    if (linkNameToDriverNameMap.isEmpty()) {
+        const bool isProject = useProjectLinks && !panelkit::isBoxDevice();
+        panelkit::readLinkListFile(isProject ? panelkit::projectLinkList : panelkit::iotLinkList,
                                    linkNameToDriverNameMap);
-    return linkNameToDriverNameMap.value(linkName);
+        if (!linkNameToDriverNameMap.isEmpty())
+            source = isProject ? AddressIndexOrigin::ProjectList : AddressIndexOrigin::IotList;
+    }
+    origin.list = source;
+    origin.driver = linkNameToDriverNameMap.value(linkName);
 }
 
-int askDriver(QLibrary &driver, const QString &regName, const QString &addrText)
+void askDriver(QLibrary &driver, const QString &regName, const QString &addrText, AddressIndexOrigin &origin)
 {
     const CheckAddrValidityFunction checkValidity =
         reinterpret_cast<CheckAddrValidityFunction>(driver.resolve("intf_checkAddrValidity"));
     const GetRegDiscriptionFunction describe =
         reinterpret_cast<GetRegDiscriptionFunction>(driver.resolve("intf_getRegDiscription"));
-    if (checkValidity == nullptr || describe == nullptr)
-        return -1;
-
+    if (checkValidity == nullptr || describe == nullptr) {
+        origin.source = AddressIndexOrigin::DriverIncomplete;
+        return;
+    }
     QString describedName = regName;
     QStringList description;
     describe(describedName, description);
-    const int width = description.size() == 5 ? description.at(3).toInt(nullptr, 10) : 1;
+    origin.source = AddressIndexOrigin::Driver;
+    origin.width = description.size() == 5 ? description.at(3).toInt(nullptr, 10) : 1;
+    origin.mode = origin.width > 1 ? 2 : 1;
 
     QString name = regName;
     QString text = addrText;
-    int index = -1;
-    checkValidity(name, text, index, width > 1 ? 2 : 1, width);
-    return index;
+    checkValidity(name, text, origin.index, origin.mode, origin.width);
 }
 
 // A number, or word and bit with a "." between; further parts are ignored.
@@ -68,17 +72,32 @@ int readPlainIndex(const QString &text)
 
 } // namespace
 
+AddressIndexOrigin tools_explainAddrIndex(const QString &linkName, const QString &regName,
+                                          const QString &addrText, bool useProjectLinks)
+{
+    AddressIndexOrigin origin;
+    findDriverName(linkName, useProjectLinks, origin);
+    if (!origin.driver.isEmpty())
+        origin.file = panelkit::findDriverFile(origin.driver);
+    if (origin.file.isEmpty()) {
+        origin.source = origin.driver.isEmpty() ? AddressIndexOrigin::TextWithoutDriver
+                                                : AddressIndexOrigin::TextWithoutFile;
+        origin.index = readPlainIndex(addrText);
+        return origin;
+    }
+    origin.source = AddressIndexOrigin::DriverNotLoadable;
+    origin.fileState = tools_driverFileState(origin.file);
+    if (origin.fileState != DriverFileState::Complete)
+        return origin;
+    QLibrary driver(origin.file);
+    if (driver.load())
+        askDriver(driver, regName, addrText, origin);
+    driver.unload();
+    return origin;
+}
+
 int tools_getAddrIndexFromDriverName(QString linkName, QString regName, QString addrText,
                                      bool useProjectLinks)
 {
-    const QString driverName = driverOfLink(linkName, useProjectLinks);
-    const QString path = driverName.isEmpty() ? QString() : panelkit::findDriverFile(driverName);
-    if (path.isEmpty())
-        return readPlainIndex(addrText);
-    if (tools_driverFileState(path) != DriverFileState::Complete)
-        return -1;
-    QLibrary driver(path);
-    const int index = driver.load() ? askDriver(driver, regName, addrText) : -1;
-    driver.unload();
-    return index;
+    return tools_explainAddrIndex(linkName, regName, addrText, useProjectLinks).index;
 }

@@ -356,3 +356,60 @@ TEST_F(AddressIndex, TriesNoSecondFile)
         EXPECT_EQ(driverLog(), QStringList());
     });
 }
+
+TEST_F(AddressIndex, IsExplained)
+{
+    writeProjectList(
+        R"({"links": [{"linkName": "good", "linkDriver": "First"}, {"linkName": "half", "linkDriver": "second"},
+                                   {"linkName": "text", "linkDriver": "third"}, {"linkName": "gone", "linkDriver": "fourth"}]})");
+    install(text("first.so"));
+    install(text("second.so"), "novalidity");
+    writeFile(text("/usr/tesk42/project/driver/third.so"), "a driver this is not\n");
+    const auto describe = [](const AddressIndexOrigin &origin) {
+        return text("%1 %2 %3 %4 %5 ")
+                   .arg(origin.index)
+                   .arg(origin.source)
+                   .arg(static_cast<int>(origin.fileState))
+                   .arg(origin.mode)
+                   .arg(origin.width) +
+               origin.driver + QLatin1Char(' ') + origin.file;
+    };
+    const struct
+    {
+        const char *linkName, *addrText, *expected; // index, source, state, mode, width, driver
+        QString file;
+    } rows[] = {
+        {"good", "7", "7 0 0 2 16 first ", folder + text("first.so")},
+        {"good", "keep", "-1 0 0 2 16 first ", folder + text("first.so")},
+        {"half", "7", "-1 2 0 0 0 second ", folder + text("second.so")},
+        {"text", "7", "-1 1 2 0 0 third ", folder + text("third.so")},
+        {"gone", "1.1", "17 4 1 0 0 fourth ", QString()},
+        {"other", "1.1", "17 3 1 0 0  ", QString()},
+    };
+    inOwnProcess([&] {
+        for (const auto &row : rows) {
+            SCOPED_TRACE(row.linkName);
+            EXPECT_EQ(
+                describe(tools_explainAddrIndex(text(row.linkName), text("5:16"), text(row.addrText), true)),
+                text(row.expected) + row.file);
+        }
+    });
+}
+
+TEST_F(AddressIndex, IsExplainedWithTheListThatWasRead)
+{
+    writeIotList(R"({"data": [{"link_name": "PLC2", "link_driver": "test"}]})");
+    const auto listOf = [](bool useProjectLinks) {
+        return tools_explainAddrIndex(text("PLC1"), text("D"), text("1"), useProjectLinks).list;
+    };
+    inOwnProcess([&] {
+        EXPECT_EQ(listOf(true), AddressIndexOrigin::NoList);
+        EXPECT_EQ(listOf(false), AddressIndexOrigin::IotList);
+        EXPECT_EQ(listOf(true), AddressIndexOrigin::IotList);
+    });
+    writeProjectList(R"({"links": [{"linkName": "PLC1", "linkDriver": "test"}]})");
+    inOwnProcess([&] {
+        EXPECT_EQ(listOf(true), AddressIndexOrigin::ProjectList);
+        EXPECT_EQ(listOf(false), AddressIndexOrigin::ProjectList);
+    });
+}
