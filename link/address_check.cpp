@@ -172,6 +172,7 @@ AddressVerdict address_check::explainAddress(const QString &linkName, const QStr
                        panelkit::whole(linkName));
 
     const panelkit::BlockText parts = panelkit::splitBlockText(block);
+    verdict.blockOffset = parts.name.offset;
     if (parts.hasLinkPrefix && !panelkit::readInteger(block, parts.linkPrefix, verdict.linkNumber))
         return refused(verdict, 10, AddressVerdict::LinkNumberUnreadable, AddressVerdict::BlockText,
                        parts.linkPrefix);

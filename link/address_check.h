@@ -43,6 +43,7 @@ struct AddressVerdict
     int offset = 0;
     int length = 0;
 
+    int blockOffset = 0;              // where the block's name begins in its text, behind the prefixes
     int linkNumber = 1;               // the link that the block text asks for
     const linkInfo_t *link = nullptr; // that link, once it was found; the checker's
     qint64 lowest = 0;                // the limits, for IndexOutOfRange and StationUnreadable; none

@@ -2,6 +2,9 @@
 // invalid.
 #pragma once
 
+#include <QLatin1String>
+#include <QString>
+
 namespace panelkit::simulator {
 
 enum class DriverCode : int
@@ -16,5 +19,12 @@ enum class DriverCode : int
     BadBit = 14,          // the bit behind the "." is missing or beyond the width
     RunTooLong = 16       // the registers from the address on reach beyond the end of the block
 };
+
+// Whether a driver of that base name answers with these codes, and describes its blocks by their name, first
+// number, last number, width and access.
+inline bool isSampleDriver(const QString &baseName)
+{
+    return baseName == QLatin1String("Modbus") || baseName == QLatin1String("ByteAddressed");
+}
 
 } // namespace panelkit::simulator

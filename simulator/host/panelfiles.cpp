@@ -14,6 +14,7 @@ const char *const productFolders[] = {
     "/proc",
     "/usr/tesk42/APP",
     "/usr/tesk42/IOT",
+    "/usr/tesk42/iot_work/iotRunTime",
     "/usr/tesk42/project/cache",
     "/usr/tesk42/project/driver",
 };

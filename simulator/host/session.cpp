@@ -3,6 +3,7 @@
 #include "platform/sys_base.h"
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
+#include "simulator/host/driverfiles.h"
 #include "simulator/host/flagpolling.h"
 #include "simulator/host/panelfiles.h"
 #include "simulator/platform/eventlibrary.h"
@@ -22,6 +23,7 @@ namespace panelkit::simulator {
 namespace {
 
 const char *const linkListPath = "/usr/tesk42/project/cache/links.json";
+const char *const iotLinkListPath = "/usr/tesk42/iot_work/iotRunTime/LinkConfiguration.json";
 
 // The PLC that a session brings along, in real time.
 struct OwnPlc
@@ -97,7 +99,9 @@ std::unique_ptr<Session> Session::open(const SessionOptions &options, QString &e
         return nullptr;
     parts.project = std::move(*project);
     parts.files = PanelFiles::create(options.root, error);
-    if (!parts.files || !parts.files->write(QLatin1String(linkListPath), linksJson(parts.project), error))
+    if (!parts.files || !parts.files->write(QLatin1String(linkListPath), linksJson(parts.project), error) ||
+        !parts.files->write(QLatin1String(iotLinkListPath), iotLinksJson(parts.project), error) ||
+        !placeDrivers(parts.project, *parts.files, error))
         return nullptr;
     parts.tree = std::make_unique<ProjectTree>(parts.project);
 

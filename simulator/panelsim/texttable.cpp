@@ -14,6 +14,8 @@ bool isWide(uint codePoint)
            (codePoint >= 0xffe0 && codePoint <= 0xffe6) || (codePoint >= 0x20000 && codePoint <= 0x3fffd);
 }
 
+} // namespace
+
 QString printable(const QString &text)
 {
     QString result;
@@ -29,8 +31,6 @@ QString printable(const QString &text)
     }
     return result;
 }
-
-} // namespace
 
 int displayWidth(const QString &text)
 {

@@ -44,6 +44,15 @@ LinkRecord linkRecord(const LinkDefinition &link)
     return record;
 }
 
+QByteArray linkList(const Project &project, const char *list, const char *name, const char *driver)
+{
+    QJsonArray links;
+    for (const LinkDefinition &link : project.links)
+        links.append(
+            QJsonObject{{QLatin1String(name), link.name}, {QLatin1String(driver), link.driverBaseName()}});
+    return QJsonDocument(QJsonObject{{QLatin1String(list), links}}).toJson();
+}
+
 } // namespace
 
 std::vector<LinkRecord> linkRecords(const Project &project)
@@ -56,11 +65,12 @@ std::vector<LinkRecord> linkRecords(const Project &project)
 
 QByteArray linksJson(const Project &project)
 {
-    QJsonArray links;
-    for (const LinkDefinition &link : project.links)
-        links.append(QJsonObject{{QStringLiteral("linkName"), link.name},
-                                 {QStringLiteral("linkDriver"), link.driverBaseName()}});
-    return QJsonDocument(QJsonObject{{QStringLiteral("links"), links}}).toJson();
+    return linkList(project, "links", "linkName", "linkDriver");
+}
+
+QByteArray iotLinksJson(const Project &project)
+{
+    return linkList(project, "data", "link_name", "link_driver");
 }
 
 } // namespace panelkit::simulator

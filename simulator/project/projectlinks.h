@@ -20,4 +20,8 @@ std::vector<LinkRecord> linkRecords(const Project &project);
 // driver's name without its folder. The internal storage has no driver and is not in it.
 QByteArray linksJson(const Project &project);
 
+// The same as the IoT runtime keeps it in LinkConfiguration.json: "data", of objects with "link_name" and
+// "link_driver".
+QByteArray iotLinksJson(const Project &project);
+
 } // namespace panelkit::simulator

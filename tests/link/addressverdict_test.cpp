@@ -108,6 +108,7 @@ TEST_F(AddressVerdicts, GiveTheLinkThatTheBlockTextAsksFor)
     const AddressVerdict unknown =
         checker.explainAddress(text("PLC2"), text("M"), text("3"), project.item(), 0, 1, 0);
     EXPECT_EQ(unknown.linkNumber, 1);
+    EXPECT_EQ(unknown.blockOffset, 0);
     ASSERT_NE(unknown.link, nullptr);
     EXPECT_EQ(unknown.link->linkName, text("PLC1"));
     EXPECT_EQ(unknown.link->blockNames, text("D,CODE,REWRITE,KEEP,SILENT"));
@@ -115,6 +116,7 @@ TEST_F(AddressVerdicts, GiveTheLinkThatTheBlockTextAsksFor)
     const AddressVerdict station =
         checker.explainAddress(text("PLC1"), text("2/D"), text("3"), project.item(), 0, 1, 0);
     EXPECT_EQ(station.linkNumber, 2);
+    EXPECT_EQ(station.blockOffset, 2);
     EXPECT_EQ(station.lowest, 0);
     EXPECT_EQ(station.highest, 255);
 

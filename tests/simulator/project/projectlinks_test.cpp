@@ -81,6 +81,17 @@ TEST(ProjectLinks, WriteTheLinkListAsTheLookupReadsIt)
     EXPECT_EQ(document.toJson(), QJsonDocument::fromJson(expected).toJson());
 }
 
+TEST(ProjectLinks, WriteTheLinkListOfTheIotRuntimeUnderItsOwnKeys)
+{
+    const QByteArray expected = R"({"data": [
+        {"link_name": "Press", "link_driver": "Modbus"},
+        {"link_name": "Ovens", "link_driver": "Modbus"},
+        {"link_name": "Waage", "link_driver": "Scale-2.x_y"},
+        {"link_name": "Spare", "link_driver": "Scale"}]})";
+    EXPECT_EQ(QJsonDocument::fromJson(iotLinksJson(readValid())).toJson(),
+              QJsonDocument::fromJson(expected).toJson());
+}
+
 TEST(ProjectLinks, WriteAnEmptyListForAProjectWithoutLinks)
 {
     const QJsonObject root = QJsonDocument::fromJson(linksJson(Project())).object();
