@@ -10,6 +10,7 @@
 #include "link/driverinterface.h"
 #include "link/linkinfo.h"
 #include "macro/events.h"
+#include "macro/helpmacrolua.h"
 #include "macro/interfaceall.h"
 #include "network/dynamiclink.h"
 #include "network/panelip.h"
