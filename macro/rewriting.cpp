@@ -1,6 +1,7 @@
 #include "macro/rewriting.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace panelkit {
 
@@ -21,14 +22,19 @@ struct Span
     const QChar *end;
 };
 
+std::ptrdiff_t lengthOf(Span span)
+{
+    return span.end - span.begin;
+}
+
 QString toString(Span span)
 {
-    return QString(span.begin, static_cast<StringSize>(span.end - span.begin));
+    return QString(span.begin, static_cast<StringSize>(lengthOf(span)));
 }
 
 void append(QString &out, Span span)
 {
-    out.append(span.begin, static_cast<StringSize>(span.end - span.begin));
+    out.append(span.begin, static_cast<StringSize>(lengthOf(span)));
 }
 
 Span spanOf(const QString &text)
@@ -113,11 +119,23 @@ QString withoutSemicolons(Span span)
 // a chained substitution would meet a marker of another's.
 void fillAtOnce(QString &out, const char *call, const Span *values)
 {
+    std::ptrdiff_t length = 0;
     for (const char *p = call; *p != '\0'; ++p) {
         if (*p == '%')
-            append(out, values[*++p - '1']);
+            length += lengthOf(values[*++p - '1']);
         else
-            out.append(QLatin1Char(*p));
+            ++length;
+    }
+    const StringSize start = out.size();
+    out.resize(start + static_cast<StringSize>(length));
+    QChar *target = out.data() + start;
+    for (const char *p = call; *p != '\0'; ++p) {
+        if (*p == '%') {
+            const Span value = values[*++p - '1'];
+            target = std::copy(value.begin, value.end, target);
+        } else {
+            *target++ = QLatin1Char(*p);
+        }
     }
 }
 
@@ -126,7 +144,7 @@ bool fillByChain(QString &out, const char *call, const Span *values, int count)
 {
     QString filled = QString::fromLatin1(call);
     for (int i = 0; i < count; ++i) {
-        const qint64 length = values[i].end - values[i].begin;
+        const qint64 length = lengthOf(values[i]);
         if (filled.size() + filled.count(QLatin1Char('%')) * length > longestFilledLine)
             return false;
         filled = filled.arg(toString(values[i]));
@@ -208,7 +226,7 @@ void rewriteMacro(QString &text, const ScriptVariables &variables, QMap<QString,
         if (assignment.variable == nullptr)
             continue;
         if (copied == whole.begin)
-            result.reserve(text.size() + text.size() / 2);
+            result.reserve(text.size() + text.size() / 4);
         append(result, {copied, line.all.begin});
         copied = line.all.begin;
         if (!appendCall(result, assignment))
