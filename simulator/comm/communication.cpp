@@ -202,14 +202,14 @@ int Communication::resolveAddressIndex(int linkId, const QString &name, const QS
 {
     const QByteArray latin1 = name.toLatin1();
     const QLatin1String block(latin1.constData(), static_cast<int>(latin1.size()));
-    if (linkId == internalLink) {
-        bool ok = false;
-        const int index = indexText.toInt(&ok, 10);
-        const bool isThere = InternalStorage::hasBlock(block) && index >= 0 && index < RegisterArea::size;
-        return ok && isThere ? index : -1;
-    }
-    const ModbusBlock *modbus = d->worker(linkId) ? modbusBlock(block) : nullptr;
-    return modbus != nullptr ? modbusIndex(*modbus, indexText) : -1;
+    int indexCount = 0;
+    if (linkId == internalLink)
+        indexCount = InternalStorage::hasBlock(block) ? RegisterArea::size : 0;
+    else if (const ModbusBlock *modbus = d->worker(linkId) ? modbusBlock(block) : nullptr)
+        indexCount = modbus->indexCount;
+    bool isNumber = false;
+    const int index = indexText.toInt(&isNumber, 10);
+    return isNumber && index >= 0 && index < indexCount ? index : -1;
 }
 
 int Communication::readAddressWords(const RegisterValueChange *reg, int count, void *buffer)

@@ -53,9 +53,9 @@ public:
     LinkValue getLinkValue(quint16 linkNumber) override;
     LinkValue getLinkValueByName(const QString &linkName) override;
 
-    // The index of `indexText` as an author types it: a base-10 number, from 0 on in the internal storage,
-    // from 1 on in a PLC's block, "word.bit" in a block of bits of words. -1 for what is not there, and for
-    // links without connection. `extra` and `dataType` make no difference.
+    // The index that a script variable is declared with, which is the link's own count from 0 on, as in the
+    // calls of getdata and setdata that its macros become: the number that `indexText` holds, or -1 for what is
+    // not there, and for links without connection. `extra` and `dataType` make no difference.
     int resolveAddressIndex(int linkId, const QString &blockName, const QString &indexText, int extra,
                             int dataType) override;
 

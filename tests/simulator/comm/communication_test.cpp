@@ -120,7 +120,7 @@ TEST(Communication, RefusesNullPointers)
     EXPECT_EQ(comm.readAddressNow(reg, 1, nullptr).status, TransferStatus::NoSuchRegister);
 }
 
-TEST(Communication, ResolvesTheIndexThatAnAuthorTypes)
+TEST(Communication, ResolvesTheIndexOfAScriptVariable)
 {
     LinkRecord other = linkTo(1, 2);
     other.value.driverLib = QStringLiteral("drivers/ByteAddressed");
@@ -132,10 +132,13 @@ TEST(Communication, ResolvesTheIndexThatAnAuthorTypes)
         const char *text;
         int index;
     } rows[] = {
-        {0, "LW", "0", 0},      {0, "LB", "65535", 65535}, {0, "LW", "65536", -1}, {0, "LW", "-1", -1},
-        {0, "LW", "a", -1},     {0, "4x", "1", -1},        {1, "4x", "1", 0},      {1, "4x_bit", "2.1", 17},
-        {1, "3x_bit", "2", -1}, {1, "0x", "65536", 65535}, {1, "LW", "1", -1},     {2, "4x", "1", -1},
-        {3, "4x", "1", -1},     {-1, "4x", "1", -1},       {0, "RWI", "7", 7},     {0, "LWF", "8", 8},
+        {0, "LW", "0", 0},         {0, "LB", "65535", 65535}, {0, "LW", "65536", -1},
+        {0, "LW", "-1", -1},       {0, "LW", "a", -1},        {0, "4x", "1", -1},
+        {0, "RWI", "7", 7},        {0, "LWF", "8", 8},        {1, "4x", "0", 0},
+        {1, "4x", "1", 1},         {1, "4x_bit", "17", 17},   {1, "4x_bit", "2.1", -1},
+        {1, "3x", "65535", 65535}, {1, "3x", "65536", -1},    {1, "3x_bit", "1048575", 1048575},
+        {1, "0x", "-1", -1},       {1, "0x", "0x10", -1},     {1, "LW", "1", -1},
+        {2, "4x", "1", -1},        {3, "4x", "1", -1},        {-1, "4x", "1", -1},
     };
     for (const auto &row : rows)
         EXPECT_EQ(comm.resolveAddressIndex(row.link, QLatin1String(row.block), QLatin1String(row.text), 5, 3),
