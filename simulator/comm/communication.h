@@ -31,9 +31,9 @@ struct CommunicationOptions
     std::chrono::milliseconds forgetAfter{10'000};
 };
 
-// A link whose driver is "Modbus" and whose port is an Ethernet port is polled by a thread of its own; docs/
-// formats/modbus.md says which words an address holds. Any other link is without connection: its values are
-// missing. Links with a number below 1 or above 65535, or with one that an earlier record has, are left out.
+// A link whose driver is "Modbus" and whose port is an Ethernet port is polled by a thread of its own, as
+// docs/formats/modbus.md describes. Any other link is without connection: its values are missing. Links with
+// a number below 1 or above 65535, or with one that an earlier record has, are left out.
 //
 // Words are handed over as the PLC holds them, one register a word, so that the low word of a value of two
 // words comes first where the PLC has it first. Buffers need not be aligned.

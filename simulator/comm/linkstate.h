@@ -28,8 +28,9 @@ struct LinkState
     std::uint64_t polls = 0;    // requests of these rounds that brought values
     std::uint64_t refusals = 0; // requests of any kind that the PLC refused with an exception code
     std::uint64_t failures = 0; // connections not made, and requests without an answer, or with a wrong one
-    TransferResult lastFailure; // the last of these, refusals included; `Done` while there was none
-    std::vector<int> awayStations; // when disturbed: those that do not answer
+    TransferResult lastFailure; // the last of these; `Done` while there was none
+    TransferResult lastRefusal; // the last one that was refused; `Done` while there was none
+    std::vector<int> awayStations; // those that do not answer
 };
 
 // One line for people, as "away: no connection to the PLC: Connection refused".

@@ -1,5 +1,7 @@
 #include "simulator/comm/linkworker.h"
 
+#include <modbus.h>
+
 #include <signal.h>
 
 #include <algorithm>
@@ -11,6 +13,14 @@ namespace {
 
 // However many writes there are, values stay fresh.
 constexpr int jobsBeforeAPoll = 10;
+
+// Whether a refusal may be for the sake of one of the registers that were asked for.
+bool isOfARegister(const TransferResult &result)
+{
+    return result.status == TransferStatus::Refused &&
+           (result.detail == MODBUS_EXCEPTION_ILLEGAL_DATA_ADDRESS ||
+            result.detail == MODBUS_EXCEPTION_ILLEGAL_DATA_VALUE);
+}
 
 } // namespace
 
@@ -257,7 +267,7 @@ void LinkWorker::poll(Lock &lock, const PollRequest &request, const std::vector<
             std::copy_n(begin, watch.range.count, watch.registers.begin());
             watch.value = Watch::Value::Fresh;
             watch.isDue = false;
-        } else if (result.status == TransferStatus::Refused && request.served.size() > 1) {
+        } else if (isOfARegister(result) && request.served.size() > 1) {
             watch.isAlone = true; // which of them is the wrong one shows when each is asked alone
         } else if (result.status == TransferStatus::Refused) {
             watch.value = Watch::Value::Missing;
@@ -354,7 +364,7 @@ TransferResult LinkWorker::transact(Lock &lock, int unit, const std::function<Tr
     }
     if (result.status == TransferStatus::Refused) {
         ++m_counted.refusals;
-        m_counted.lastFailure = result;
+        m_counted.lastRefusal = result;
     }
     return result;
 }

@@ -99,8 +99,8 @@ TEST_F(FaultTest, ARefusalTakesTheValueButNotTheLink)
     EXPECT_EQ(readWord(comm, reg), std::nullopt);
     const LinkState state = comm.linkState(1);
     EXPECT_EQ(state.condition, LinkCondition::Connected);
-    EXPECT_EQ(state.lastFailure.status, TransferStatus::Refused);
-    EXPECT_EQ(state.lastFailure.detail, 6);
+    EXPECT_EQ(state.lastRefusal.status, TransferStatus::Refused);
+    EXPECT_EQ(state.lastRefusal.detail, 6);
     EXPECT_EQ(state.failures, 0U);
     server.clearFault();
     ASSERT_TRUE(waitForFreshValues(comm));

@@ -219,8 +219,8 @@ TEST_F(PollingTest, ShowsAMissingValueForARefusedAddressAndKeepsTheOthersFresh)
     const LinkState state = comm.linkState(1);
     EXPECT_EQ(state.condition, LinkCondition::Connected);
     EXPECT_GE(state.refusals, 1U);
-    EXPECT_EQ(state.lastFailure.status, TransferStatus::Refused);
-    EXPECT_EQ(state.lastFailure.detail, 2);
+    EXPECT_EQ(state.lastRefusal.status, TransferStatus::Refused);
+    EXPECT_EQ(state.lastRefusal.detail, 2);
 
     const RegisterValueChange good = address(1, 1, "4x", 0);
     for (const int value : {1, 2, 3}) {
@@ -246,6 +246,23 @@ TEST_F(PollingTest, FindsTheWrongOneAmongNeighboursThatAreRefusedTogether)
     ASSERT_TRUE(waitForFreshValues(comm));
     EXPECT_EQ(readWord(comm, address(1, 1, "4x", 9'998)), 18);
     EXPECT_EQ(readWord(comm, address(1, 1, "4x", 9'999)), 19);
+}
+
+TEST_F(PollingTest, KeepsNeighboursTogetherWhenTheWholePlcRefuses)
+{
+    Communication comm({link});
+    for (const int index : {0, 1, 2})
+        comm.watchAddress(address(1, 1, "4x", index), 1);
+    ASSERT_TRUE(waitForFreshValues(comm));
+    PlcFaultSetting busy;
+    busy.fault = PlcFault::Exception;
+    busy.exceptionCode = 6;
+    server.setFault(busy);
+    ASSERT_TRUE(waitForFreshValues(comm));
+    EXPECT_EQ(readWord(comm, address(1, 1, "4x", 1)), std::nullopt);
+    RoundRecorder recorder(server);
+    ASSERT_TRUE(waitForFreshValues(comm));
+    EXPECT_EQ(recorder.stop(), (std::vector<std::pair<int, int>>{{0, 3}}));
 }
 
 TEST_F(PollingTest, TalksToTheGivenPlcInPlaceOfTheLinks)
