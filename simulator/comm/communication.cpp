@@ -42,20 +42,20 @@ QLatin1String blockName(const RegisterValueChange &reg)
 // An IP address of a host, in digits; IPv4 where it has one. Empty when the host is not known.
 std::string addressOf(const QString &host)
 {
-    addrinfo wanted = {};
-    wanted.ai_socktype = SOCK_STREAM;
-    addrinfo *found = nullptr;
-    if (::getaddrinfo(host.toUtf8().constData(), nullptr, &wanted, &found) != 0 || found == nullptr)
-        return {};
-    const addrinfo *best = found;
-    while (best != nullptr && best->ai_family != AF_INET)
-        best = best->ai_next;
-    if (best == nullptr)
-        best = found;
-    std::array<char, NI_MAXHOST> text = {};
-    ::getnameinfo(best->ai_addr, best->ai_addrlen, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST);
-    ::freeaddrinfo(found);
-    return text.data();
+    for (const int family : {AF_INET, AF_UNSPEC}) {
+        addrinfo wanted = {};
+        wanted.ai_family = family;
+        wanted.ai_socktype = SOCK_STREAM;
+        addrinfo *found = nullptr;
+        if (::getaddrinfo(host.toUtf8().constData(), nullptr, &wanted, &found) != 0)
+            continue;
+        std::array<char, NI_MAXHOST> text = {};
+        ::getnameinfo(found->ai_addr, found->ai_addrlen, text.data(), text.size(), nullptr, 0,
+                      NI_NUMERICHOST);
+        ::freeaddrinfo(found);
+        return text.data();
+    }
+    return {};
 }
 
 } // namespace
@@ -66,7 +66,6 @@ public:
     struct Link
     {
         QString name;
-        LinkValue project; // as the constructor was given it
         LinkValue value;
         std::shared_ptr<LinkWorker> worker; // none: without connection
     };
@@ -90,7 +89,7 @@ public:
     {
     }
 
-    LinkParameters parametersOf(const Link &link) const;
+    LinkParameters parametersOf(const LinkValue &link) const;
     void connect(Link &link) const;
     Target find(const RegisterValueChange &reg, int count, Access access) const;
     std::shared_ptr<LinkWorker> worker(int number) const;
@@ -105,12 +104,10 @@ public:
     std::map<int, Link> links;
 };
 
-LinkParameters Communication::Private::parametersOf(const Link &link) const
+LinkParameters Communication::Private::parametersOf(const LinkValue &link) const
 {
-    LinkParameters parameters = linkParameters(link.value);
-    const LinkParameters inProject = linkParameters(link.project);
-    const bool wasMoved = parameters.host != inProject.host || parameters.port != inProject.port;
-    if (!options.plcHost.isEmpty() && !wasMoved) {
+    LinkParameters parameters = linkParameters(link);
+    if (!options.plcHost.isEmpty()) {
         parameters.host = plcAddress;
         parameters.port = options.plcPort;
     }
@@ -123,10 +120,11 @@ void Communication::Private::connect(Link &link) const
     if (!isModbusTcp(link.value))
         link.worker.reset();
     else if (link.worker)
-        link.worker->setParameters(parametersOf(link));
+        link.worker->setParameters(parametersOf(link.value));
     else
         link.worker = std::make_shared<LinkWorker>(
-            parametersOf(link), LinkTiming{{options.firstPause, options.longestPause}, options.forgetAfter});
+            parametersOf(link.value),
+            LinkTiming{{options.firstPause, options.longestPause}, options.forgetAfter});
 }
 
 Communication::Private::Target Communication::Private::find(const RegisterValueChange &reg, int count,
@@ -169,12 +167,11 @@ Communication::Communication(const std::vector<LinkRecord> &links, const Communi
     : d(std::make_unique<Private>(options))
 {
     const LinkRecord internal = internalStorageRecord();
-    d->links.insert({internalLink, {internal.name, internal.value, internal.value, nullptr}});
+    d->links.insert({internalLink, {internal.name, internal.value, nullptr}});
     for (const LinkRecord &record : links) {
         if (record.value.id < 1 || record.value.id > 65535)
             continue;
-        const auto [link, isNew] =
-            d->links.insert({record.value.id, {record.name, record.value, record.value, nullptr}});
+        const auto [link, isNew] = d->links.insert({record.value.id, {record.name, record.value, nullptr}});
         if (isNew)
             d->connect(link->second);
     }
@@ -202,14 +199,14 @@ int Communication::resolveAddressIndex(int linkId, const QString &name, const QS
 {
     const QByteArray latin1 = name.toLatin1();
     const QLatin1String block(latin1.constData(), static_cast<int>(latin1.size()));
-    int indexCount = 0;
-    if (linkId == internalLink)
-        indexCount = InternalStorage::hasBlock(block) ? RegisterArea::size : 0;
-    else if (const ModbusBlock *modbus = d->worker(linkId) ? modbusBlock(block) : nullptr)
-        indexCount = modbus->indexCount;
-    bool isNumber = false;
-    const int index = indexText.toInt(&isNumber, 10);
-    return isNumber && index >= 0 && index < indexCount ? index : -1;
+    if (linkId == internalLink) {
+        bool ok = false;
+        const int index = indexText.toInt(&ok, 10);
+        const bool isThere = InternalStorage::hasBlock(block) && index >= 0 && index < RegisterArea::size;
+        return ok && isThere ? index : -1;
+    }
+    const ModbusBlock *modbus = d->worker(linkId) ? modbusBlock(block) : nullptr;
+    return modbus != nullptr ? modbusIndex(*modbus, indexText) : -1;
 }
 
 int Communication::readAddressWords(const RegisterValueChange *reg, int count, void *buffer)

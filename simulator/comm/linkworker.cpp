@@ -189,8 +189,10 @@ void LinkWorker::run()
             runJob(lock);
         } else {
             jobsInARow = 0;
-            if (!pollDue(lock))
+            if (!pollDue(lock)) {
                 rest(lock);
+                pollDue(lock); // before any job that has come meanwhile
+            }
         }
     }
 }

@@ -1,7 +1,5 @@
 #include "simulator/comm/modbusclient.h"
 
-#include <modbus.h>
-
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>

@@ -4,13 +4,13 @@
 #include "simulator/comm/modbusaddress.h"
 #include "simulator/comm/transfer.h"
 
+#include <modbus.h>
+
 #include <chrono>
 #include <cstdint>
 #include <mutex>
 #include <string>
 #include <vector>
-
-typedef struct _modbus modbus_t; // NOLINT(bugprone-reserved-identifier)
 
 namespace panelkit::simulator {
 

@@ -1,7 +1,7 @@
 // How a fault changes an answer on its way to the client.
 #pragma once
 
-#include "simulator/plc/modbusresponder.h"
+#include "simulator/plc/modbusframe.h"
 #include "simulator/plc/plcfault.h"
 
 namespace panelkit::simulator {

@@ -1,7 +1,5 @@
 #include "simulator/plc/modbusresponder.h"
 
-#include <modbus.h>
-
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -20,6 +18,19 @@ std::array<std::uint8_t, longestModbusFrame> padded(const ModbusFrame &request)
     std::array<std::uint8_t, longestModbusFrame> bytes = {};
     std::copy_n(request.begin(), std::min(request.size(), bytes.size()), bytes.begin());
     return bytes;
+}
+
+// The tables as libmodbus wants them.
+modbus_mapping_t mappingOf(PlcTables &tables)
+{
+    modbus_mapping_t mapping = {};
+    mapping.nb_bits = mapping.nb_input_bits = tables.size();
+    mapping.nb_registers = mapping.nb_input_registers = tables.size();
+    mapping.tab_bits = tables.coils();
+    mapping.tab_input_bits = tables.discreteInputs();
+    mapping.tab_registers = tables.holdingRegisters();
+    mapping.tab_input_registers = tables.inputRegisters();
+    return mapping;
 }
 
 } // namespace
@@ -43,10 +54,11 @@ ModbusResponder::~ModbusResponder()
     ::close(m_sockets[1]);
 }
 
-ModbusFrame ModbusResponder::answer(const ModbusFrame &request, modbus_mapping_t *tables)
+ModbusFrame ModbusResponder::answer(const ModbusFrame &request, PlcTables &tables)
 {
     const auto bytes = padded(request);
-    modbus_reply(m_context, bytes.data(), static_cast<int>(request.size()), tables);
+    modbus_mapping_t mapping = mappingOf(tables);
+    modbus_reply(m_context, bytes.data(), static_cast<int>(request.size()), &mapping);
     ModbusFrame result = takeAnswer();
     return result.empty() ? refusal(request, MODBUS_EXCEPTION_ILLEGAL_FUNCTION) : result;
 }

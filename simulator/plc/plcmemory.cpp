@@ -1,57 +1,52 @@
 #include "simulator/plc/plcmemory.h"
 
-#include <modbus.h>
-
 #include <cstring>
-#include <new>
 
 namespace panelkit::simulator {
 
 PlcTables::PlcTables(int countPerTable)
-    : m_mapping(modbus_mapping_new(countPerTable, countPerTable, countPerTable, countPerTable))
+    : m_coils(static_cast<std::size_t>(countPerTable)),
+      m_discreteInputs(m_coils.size()),
+      m_inputRegisters(m_coils.size()),
+      m_holdingRegisters(m_coils.size())
 {
-    if (m_mapping == nullptr)
-        throw std::bad_alloc();
-}
-
-PlcTables::~PlcTables()
-{
-    modbus_mapping_free(m_mapping);
 }
 
 std::uint16_t PlcTables::value(ModbusTable table, int index) const
 {
-    if (index < 0 || index >= m_mapping->nb_registers)
+    if (index < 0 || index >= size())
         return 0;
+    const auto at = static_cast<std::size_t>(index);
     switch (table) {
     case ModbusTable::Coils:
-        return m_mapping->tab_bits[index];
+        return m_coils[at];
     case ModbusTable::DiscreteInputs:
-        return m_mapping->tab_input_bits[index];
+        return m_discreteInputs[at];
     case ModbusTable::InputRegisters:
-        return m_mapping->tab_input_registers[index];
+        return m_inputRegisters[at];
     case ModbusTable::HoldingRegisters:
-        return m_mapping->tab_registers[index];
+        return m_holdingRegisters[at];
     }
     return 0;
 }
 
 void PlcTables::setValue(ModbusTable table, int index, int value)
 {
-    if (index < 0 || index >= m_mapping->nb_registers)
+    if (index < 0 || index >= size())
         return;
+    const auto at = static_cast<std::size_t>(index);
     switch (table) {
     case ModbusTable::Coils:
-        m_mapping->tab_bits[index] = value != 0;
+        m_coils[at] = value != 0;
         break;
     case ModbusTable::DiscreteInputs:
-        m_mapping->tab_input_bits[index] = value != 0;
+        m_discreteInputs[at] = value != 0;
         break;
     case ModbusTable::InputRegisters:
-        m_mapping->tab_input_registers[index] = static_cast<std::uint16_t>(value);
+        m_inputRegisters[at] = static_cast<std::uint16_t>(value);
         break;
     case ModbusTable::HoldingRegisters:
-        m_mapping->tab_registers[index] = static_cast<std::uint16_t>(value);
+        m_holdingRegisters[at] = static_cast<std::uint16_t>(value);
         break;
     }
 }

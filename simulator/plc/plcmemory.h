@@ -6,12 +6,8 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <vector>
-
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the library's own name
-typedef struct _modbus_mapping_t modbus_mapping_t;
 
 namespace panelkit::simulator {
 
@@ -20,9 +16,8 @@ class PlcTables
 {
 public:
     explicit PlcTables(int countPerTable);
-    ~PlcTables();
-    PlcTables(const PlcTables &) = delete;
-    PlcTables &operator=(const PlcTables &) = delete;
+
+    int size() const { return static_cast<int>(m_coils.size()); } // of each table
 
     // An index outside of the table reads as 0, and writing there does nothing.
     std::uint16_t value(ModbusTable table, int index) const;
@@ -34,10 +29,17 @@ public:
     float single(ModbusTable table, int index) const;
     void setSingle(ModbusTable table, int index, float value);
 
-    modbus_mapping_t *mapping() { return m_mapping; }
+    // The tables themselves, for who answers requests.
+    std::uint8_t *coils() { return m_coils.data(); }
+    std::uint8_t *discreteInputs() { return m_discreteInputs.data(); }
+    std::uint16_t *inputRegisters() { return m_inputRegisters.data(); }
+    std::uint16_t *holdingRegisters() { return m_holdingRegisters.data(); }
 
 private:
-    modbus_mapping_t *m_mapping;
+    std::vector<std::uint8_t> m_coils;
+    std::vector<std::uint8_t> m_discreteInputs;
+    std::vector<std::uint16_t> m_inputRegisters;
+    std::vector<std::uint16_t> m_holdingRegisters;
 };
 
 // Several units with tables of one size; safe to use from any thread.

@@ -3,6 +3,7 @@
 #include "simulator/plc/descriptor.h"
 #include "simulator/plc/faultboard.h"
 #include "simulator/plc/faultyanswer.h"
+#include "simulator/plc/modbusresponder.h"
 
 #include <modbus.h>
 
@@ -296,8 +297,8 @@ void PlcServer::Private::handle(Client &client, const ModbusFrame &frame)
     PendingAnswer answer = {{}, Clock::now(), false};
     const bool isThere = memory.with(request.unit, [&](PlcTables &tables) {
         const bool refused = fault && fault->fault == PlcFault::Exception;
-        answer.bytes = refused ? responder.refusal(frame, fault->exceptionCode)
-                               : responder.answer(frame, tables.mapping());
+        answer.bytes =
+            refused ? responder.refusal(frame, fault->exceptionCode) : responder.answer(frame, tables);
     });
     if (!isThere)
         return;

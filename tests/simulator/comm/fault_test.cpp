@@ -38,6 +38,7 @@ protected:
         ASSERT_TRUE(comm.waitForLink(
             1, [&](const LinkState &now) { return now.failures >= state.failures + 2; }, eventually));
         EXPECT_EQ(readWord(comm, reg), std::nullopt);
+        EXPECT_EQ(comm.linkState(1).polls, state.polls);
 
         server.clearFault();
         ASSERT_TRUE(waitForCondition(comm, LinkCondition::Connected));
@@ -225,6 +226,53 @@ TEST_F(FaultTest, OneStationThatIsGoneLeavesTheOthersFresh)
     server.clearFault(2);
     ASSERT_TRUE(waitForCondition(comm, LinkCondition::Connected));
     EXPECT_EQ(readWord(comm, address(1, 2, "4x", 0)), 22);
+}
+
+TEST_F(FaultTest, AFailureOfOneStationIsNoMatterOfAnother)
+{
+    LinkRecord link = linkTo(server.port());
+    link.value.addmore = 1;
+    link.value.interval = 3'600'000; // nothing is asked for again by itself
+    CommunicationOptions patient;
+    patient.firstPause = patient.longestPause = 1h;
+    Communication comm({link}, patient);
+    ASSERT_EQ(readWord(comm, address(1, 1, "4x", 0)), 4711);
+    ASSERT_EQ(readWord(comm, address(1, 2, "4x", 0)), 0);
+    setFault(PlcFault::CutOff);
+    EXPECT_EQ(readWord(comm, address(1, 2, "4x", 1)), std::nullopt);
+    ASSERT_TRUE(waitForCondition(comm, LinkCondition::Disturbed));
+    EXPECT_EQ(readWord(comm, address(1, 2, "4x", 0)), std::nullopt);
+    EXPECT_EQ(readWord(comm, address(1, 1, "4x", 0)), 4711);
+}
+
+TEST_F(FaultTest, WithoutAConnectionNoStationHasAValue)
+{
+    LinkRecord link = linkTo(server.port());
+    link.value.addmore = 1;
+    CommunicationOptions patient;
+    patient.firstPause = patient.longestPause = 1h;
+    Communication comm({link}, patient);
+    ASSERT_EQ(readWord(comm, address(1, 1, "4x", 0)), 4711);
+    ASSERT_EQ(readWord(comm, address(1, 2, "4x", 0)), 0);
+    setFault(PlcFault::Gone);
+    ASSERT_TRUE(waitForCondition(comm, LinkCondition::Away));
+    EXPECT_EQ(readWord(comm, address(1, 1, "4x", 0)), std::nullopt);
+    EXPECT_EQ(readWord(comm, address(1, 2, "4x", 0)), std::nullopt);
+}
+
+TEST_F(FaultTest, AStationThatNobodyAsksForAnyMoreDisturbsNoLink)
+{
+    LinkRecord link = linkTo(server.port());
+    link.value.addmore = 1;
+    CommunicationOptions options = briefPauses();
+    options.forgetAfter = 50ms;
+    Communication comm({link}, options);
+    setFault(PlcFault::CutOff, 2);
+    EXPECT_EQ(readWord(comm, address(1, 2, "4x", 0)), std::nullopt);
+    do {
+        ASSERT_EQ(readWord(comm, address(1, 1, "4x", 0)), 4711);
+    } while (comm.linkState(1).condition == LinkCondition::Disturbed);
+    EXPECT_EQ(comm.linkState(1).condition, LinkCondition::Connected);
 }
 
 TEST_F(FaultTest, APlcThatWasNeverThereIsFoundWhenItComes)

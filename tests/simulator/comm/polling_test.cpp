@@ -128,6 +128,7 @@ private:
 
 TEST_F(PollingTest, ReadsNeighboursWithOneRequest)
 {
+    setWords(1, Table::HoldingRegisters, 0, {10, 11, 12, 13, 14, 15, 16});
     link.value.addrInterval = 3;
     Communication comm({link});
     for (const int index : {0, 1, 2, 6, 20})
@@ -136,6 +137,8 @@ TEST_F(PollingTest, ReadsNeighboursWithOneRequest)
     RoundRecorder recorder(server);
     ASSERT_TRUE(waitForFreshValues(comm));
     EXPECT_EQ(recorder.stop(), (std::vector<std::pair<int, int>>{{0, 7}, {20, 1}}));
+    for (const int index : {0, 1, 2, 6})
+        EXPECT_EQ(readWord(comm, address(1, 1, "4x", index)), 10 + index);
 }
 
 TEST_F(PollingTest, BridgesNoGapWhenTheLinkForbidsIt)
@@ -248,6 +251,27 @@ TEST_F(PollingTest, FindsTheWrongOneAmongNeighboursThatAreRefusedTogether)
     EXPECT_EQ(readWord(comm, address(1, 1, "4x", 9'999)), 19);
 }
 
+TEST_F(PollingTest, TriesNeighboursTogetherAgainOnANewConnection)
+{
+    Communication comm({link}, briefPauses());
+    for (const int index : {9'998, 9'999, 10'000})
+        comm.watchAddress(address(1, 1, "4x", index), 1);
+    ASSERT_TRUE(waitForFreshValues(comm));
+    ASSERT_EQ(readWord(comm, address(1, 1, "4x", 9'999)), 0);
+    RoundRecorder recorder(server);
+    ASSERT_TRUE(waitForFreshValues(comm));
+    setFault(PlcFault::Gone);
+    EXPECT_EQ(recorder.stop(), (std::vector<std::pair<int, int>>{{9'998, 1}, {9'999, 1}, {10'000, 1}}));
+    ASSERT_TRUE(waitForCondition(comm, LinkCondition::Away));
+    RoundRecorder again(server);
+    server.clearFault();
+    ASSERT_TRUE(waitForCondition(comm, LinkCondition::Connected));
+    ASSERT_TRUE(waitForFreshValues(comm));
+    const auto requests = again.stop();
+    EXPECT_NE(std::find(requests.begin(), requests.end(), std::make_pair(9'998, 3)), requests.end());
+    EXPECT_EQ(readWord(comm, address(1, 1, "4x", 9'999)), 0);
+}
+
 TEST_F(PollingTest, KeepsNeighboursTogetherWhenTheWholePlcRefuses)
 {
     Communication comm({link});
@@ -323,6 +347,89 @@ TEST_F(PollingTest, UsesNewParametersFromTheMomentTheyAreSet)
     ASSERT_TRUE(waitForFreshValues(comm));
     EXPECT_EQ(readWord(comm, reg), 0); // what the other PLC holds, not what was read of the first one
     ASSERT_TRUE(server.waitUntil([](const PlcCounters &c) { return c.openConnections == 0; }, eventually));
+}
+
+class UpdateTest : public PollingTest
+{
+protected:
+    UpdateTest() { setWords(1, Table::HoldingRegisters, 0, {101}); }
+
+    bool moveToOtherPlc(Communication &comm)
+    {
+        LinkValue changed = link.value;
+        changed.port = other.port();
+        return comm.updateLink(changed);
+    }
+
+    static void silence(PlcServer &plc)
+    {
+        PlcFaultSetting silent;
+        silent.fault = PlcFault::Silent;
+        plc.setFault(silent);
+    }
+
+    const RegisterValueChange reg = address(1, 1, "4x", 0);
+    PlcMemory otherMemory{{1}, 100};
+    PlcServer other{otherMemory};
+};
+
+TEST_F(UpdateTest, TakesTheFormerPlcsValuesAway)
+{
+    link.value.interval = 3'600'000;
+    silence(other);
+    Communication comm({link});
+    ASSERT_EQ(readWord(comm, reg), 101);
+    ASSERT_TRUE(moveToOtherPlc(comm));
+    EXPECT_EQ(readWord(comm, reg), std::nullopt);
+}
+
+TEST_F(UpdateTest, DropsAnAnswerOfTheFormerPlcThatIsUnderWay)
+{
+    silence(other);
+    Communication comm({link});
+    ASSERT_EQ(readWord(comm, reg), 101);
+    PlcFaultSetting late;
+    late.fault = PlcFault::Late;
+    late.delay = std::chrono::milliseconds(300);
+    server.setFault(late);
+    ASSERT_TRUE(server.waitUntil([](const PlcCounters &c) { return c.faultyAnswers == 1; }, eventually));
+    ASSERT_TRUE(moveToOtherPlc(comm));
+    ASSERT_TRUE(other.waitUntil([](const PlcCounters &c) { return c.requestCount() == 1; }, eventually));
+    EXPECT_EQ(readWord(comm, reg), std::nullopt);
+}
+
+TEST_F(UpdateTest, DoesNotLayAFailureOfTheFormerPlcToTheNewOne)
+{
+    otherMemory.setValue(1, Table::HoldingRegisters, 0, 202);
+    link.value.timeout = 60'000;
+    silence(server);
+    CommunicationOptions patient;
+    patient.firstPause = patient.longestPause = std::chrono::hours(1);
+    Communication comm({link}, patient);
+    comm.watchAddress(reg, 1);
+    ASSERT_TRUE(waitForRequests(1));
+    ASSERT_TRUE(moveToOtherPlc(comm));
+    setFault(PlcFault::Gone); // which ends the request under way
+    ASSERT_TRUE(waitForCondition(comm, LinkCondition::Connected));
+    EXPECT_EQ(readWord(comm, reg), 202);
+    EXPECT_EQ(comm.linkState(1).failures, 0U);
+}
+
+TEST_F(UpdateTest, EndsThePauseOfAPlcThatIsAway)
+{
+    otherMemory.setValue(1, Table::HoldingRegisters, 0, 202);
+    for (const PlcFault fault : {PlcFault::Gone, PlcFault::CutOff}) {
+        SCOPED_TRACE(std::string(plcFaultName(fault)));
+        setFault(fault);
+        CommunicationOptions patient;
+        patient.firstPause = patient.longestPause = std::chrono::hours(1);
+        Communication comm({link}, patient);
+        EXPECT_EQ(readWord(comm, reg), std::nullopt);
+        ASSERT_EQ(comm.linkState(1).condition, LinkCondition::Away);
+        ASSERT_TRUE(moveToOtherPlc(comm));
+        ASSERT_TRUE(waitForCondition(comm, LinkCondition::Connected));
+        EXPECT_EQ(readWord(comm, reg), 202);
+    }
 }
 
 TEST_F(PollingTest, TakesALinkIntoAndOutOfConnection)

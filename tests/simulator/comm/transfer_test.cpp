@@ -1,7 +1,7 @@
 // Writes, and reads that are made now.
 #include "tests/simulator/comm/commfixture.h"
 
-#include <atomic>
+#include <algorithm>
 #include <thread>
 
 using namespace panelkit::simulator;
@@ -156,7 +156,15 @@ TEST_F(TransferTest, GivesUpAWriteThatWaitedBehindOthersForTheWholeTimeOut)
     shorter.timeout = 50;
     ASSERT_TRUE(comm.updateLink(shorter));
     EXPECT_EQ(writeWords(comm, address(1, 1, "4x", 0), {1}), TransferStatus::NotSent);
-    EXPECT_EQ(server.counters().requestCount(1, 6), 0U);
+    // It is not sent later either: the link goes on with the next write.
+    shorter.timeout = 20'000;
+    ASSERT_TRUE(comm.updateLink(shorter));
+    setFault(PlcFault::Gone); // which ends the request under way
+    server.clearFault();
+    while (writeWords(comm, address(1, 1, "4x", 1), {2}) != TransferStatus::Done)
+        continue;
+    EXPECT_EQ(memory.value(1, Table::HoldingRegisters, 1), 2);
+    EXPECT_EQ(memory.value(1, Table::HoldingRegisters, 0), 0);
 }
 
 TEST_F(TransferTest, SaysAtOnceThatThePlcIsAway)
@@ -172,22 +180,45 @@ TEST_F(TransferTest, SaysAtOnceThatThePlcIsAway)
     EXPECT_EQ(word, 9);
 }
 
+TEST_F(TransferTest, WritesBetweenThePollsOfALongRound)
+{
+    PlcFaultSetting slow;
+    slow.fault = PlcFault::Late;
+    slow.delay = 50ms;
+    server.setFault(slow);
+    link.value.interval = 3'600'000;
+    Communication comm({link});
+    for (int i = 0; i < 100; ++i) // 100 requests, 5 seconds
+        comm.watchAddress(address(1, 1, "4x", i * 2), 1);
+    ASSERT_TRUE(waitForRequests(2));
+    EXPECT_EQ(writeWords(comm, address(1, 1, "4x", 500), {1}), TransferStatus::Done);
+    EXPECT_LT(server.counters().requestCount(1, 3), 100U);
+}
+
 TEST_F(TransferTest, PollsGoOnHoweverMuchIsWritten)
 {
+    // While the first write is carried out all the others come to wait behind it.
+    int writesInARow = 0;
+    int mostInARow = 0;
+    server.setObserver([&](const PlcRequest &request) {
+        writesInARow = request.function == 6 ? writesInARow + 1 : 0;
+        mostInARow = std::max(mostInARow, writesInARow);
+    });
+    PlcFaultSetting slow;
+    slow.fault = PlcFault::Late;
+    slow.delay = 10ms;
+    server.setFault(slow);
+    link.value.interval = 1;
     Communication comm({link});
-    comm.watchAddress(address(1, 1, "4x", 100), 1);
-    std::atomic<bool> isOver{false};
+    ASSERT_EQ(readWord(comm, address(1, 1, "4x", 100)), 0);
     std::vector<std::thread> writers;
-    for (int i = 0; i < 3; ++i) // so that there is always one that waits
-        writers.emplace_back([&] {
-            while (!isOver)
-                writeWords(comm, address(1, 1, "4x", 0), {1});
-        });
-    for (int i = 0; i < 5; ++i)
-        EXPECT_TRUE(waitForFreshValues(comm));
-    isOver = true;
+    for (int i = 0; i < 25; ++i)
+        writers.emplace_back(
+            [&comm, i] { EXPECT_EQ(writeWords(comm, address(1, 1, "4x", i), {1}), TransferStatus::Done); });
     for (std::thread &writer : writers)
         writer.join();
+    server.setObserver({});
+    EXPECT_LE(mostInARow, 10);
 }
 
 TEST_F(TransferTest, ServesSeveralWritersAtOnce)
