@@ -246,8 +246,12 @@ bool LinkWorker::pollDue(Lock &lock)
     ranges.reserve(watches.size());
     for (const Watch *watch : watches)
         ranges.push_back({watch->range, watch->isAlone});
+    lock.unlock(); // callers read on; the watches stay, since it is only this thread that drops them
     const std::vector<PollRequest> requests = planPolls(ranges, m_parameters.largestGap);
+    lock.lock();
     for (const PollRequest &request : requests) {
+        if (m_isStopping || m_areParametersNew)
+            break;
         poll(lock, request, watches);
         if (isCalled())
             break;

@@ -56,6 +56,7 @@ int wordAt(const ModbusFrame &frame, std::size_t at)
 PlcRequest describe(const ModbusFrame &frame)
 {
     PlcRequest request;
+    request.transaction = wordAt(frame, 0);
     request.unit = frame.at(modbusHeaderLength - 1);
     request.function = frame.at(modbusHeaderLength);
     request.index = wordAt(frame, modbusHeaderLength + 1);

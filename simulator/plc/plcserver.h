@@ -17,6 +17,7 @@ namespace panelkit::simulator {
 // A request as it came in.
 struct PlcRequest
 {
+    int transaction = 0; // the client's number of it
     int unit = 0;
     int function = 0;
     int index = 0; // counted from 0

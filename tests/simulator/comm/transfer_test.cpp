@@ -73,6 +73,18 @@ TEST_F(TransferTest, CarriesWritesOutInTheirOrder)
         EXPECT_EQ(indexes[static_cast<std::size_t>(i)], i);
 }
 
+TEST_F(TransferTest, GivesEachRequestANumberOfItsOwn)
+{
+    std::vector<int> transactions;
+    server.setObserver([&](const PlcRequest &request) { transactions.push_back(request.transaction); });
+    Communication comm({link});
+    for (int i = 0; i < 10; ++i)
+        ASSERT_EQ(writeWords(comm, address(1, 1, "4x", i), {1}), TransferStatus::Done);
+    server.setObserver({});
+    std::sort(transactions.begin(), transactions.end());
+    EXPECT_EQ(std::unique(transactions.begin(), transactions.end()) - transactions.begin(), 10);
+}
+
 TEST_F(TransferTest, ReadsNowWhatWasJustWritten)
 {
     Communication comm({link});

@@ -165,11 +165,12 @@ TEST_F(PlcServerTest, TellsEachRequestToItsObserver)
     server.setObserver([&](const PlcRequest &request) { seen.push_back(request); });
     {
         PlcClient client(server.port());
-        client.ask({0, 1, 0, 0, 0, 6, 2, 4, 1, 2, 0, 3}, 15);
+        client.ask({9, 1, 0, 0, 0, 6, 2, 4, 1, 2, 0, 3}, 15);
         client.ask({0, 1, 0, 0, 0, 6, 1, 6, 0, 5, 0x77, 0x77}, 12);
     }
     server.setObserver({});
     ASSERT_EQ(seen.size(), 2U);
+    EXPECT_EQ(seen[0].transaction, 0x901);
     EXPECT_EQ(seen[0].unit, 2);
     EXPECT_EQ(seen[0].function, 4);
     EXPECT_EQ(seen[0].index, 0x102);
