@@ -1,0 +1,29 @@
+// The toolkit's message box with the product's icon.
+#pragma once
+
+#include "platform/export.h"
+
+#include <QMessageBox>
+
+class QString;
+
+// Takes over its parent's font. Closed (not: answered by a button), it tells the runtime so by the system
+// notice 111 where the application record asks for that; close() works with any set of buttons and leaves no
+// clicked button behind.
+class PANELKIT_EXPORT HMIMessageBox : public QMessageBox
+{
+public:
+    // What is empty is left out: no title, no text, no such button.
+    HMIMessageBox(QWidget *parent, const QString &title, const QString &text, const QString &okText,
+                  const QString &cancelText);
+
+    // Add the standard button if the box has none yet, and name it. An empty text leaves its name alone.
+    void addOKButton(const QString &text);
+    void addCancelButton(const QString &text);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void addNamedButton(StandardButton which, const QString &text);
+};

@@ -1,0 +1,90 @@
+#include "widgets/mymessagebox.h"
+
+#include "platform/qtcompatwidgets.h"
+#include "widgets/noticefont.h"
+#include "widgets/touch.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <limits>
+
+using namespace panelkit;
+
+namespace {
+
+const int widestLine = 300; // pixels
+
+// `text` in as many parts as bring a width of `width` pixels down to the widest line. All parts but the first
+// hold one character less, since the positions of the breaks count the breaks before them.
+QString brokenIntoLines(const QString &text, int width)
+{
+    int lines = 1;
+    while (width / lines > widestLine)
+        ++lines;
+    const int step = static_cast<int>(text.size()) / lines;
+    QString broken = text;
+    for (int line = 1; line < lines; ++line)
+        broken.insert(step * line, QLatin1Char('\n'));
+    return broken;
+}
+
+} // namespace
+
+MyMessagebox::MyMessagebox(QString text) : m_label(new QLabel(text, this))
+{
+    useNoticeFont(this);
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
+    m_label->adjustSize();
+    m_label->setAlignment(Qt::AlignLeft);
+
+    QPushButton *const button = new QPushButton(tr("ok"), this);
+    button->setFont(noticeFont());
+    button->setMinimumHeight(fingerHeight);
+    button->adjustSize();
+    connect(button, SIGNAL(clicked()), this, SLOT(OnCancel()));
+    QHBoxLayout *const buttonRow = new QHBoxLayout;
+    buttonRow->addWidget(button);
+    buttonRow->setAlignment(Qt::AlignCenter);
+
+    QVBoxLayout *const layout = new QVBoxLayout;
+    layout->addStretch(1);
+    layout->addWidget(m_label);
+    layout->addSpacing(QFontMetrics(noticeFont()).boundingRect(text).height());
+    layout->addLayout(buttonRow);
+    layout->addStretch(1);
+    m_label->setFont(noticeFont());
+    setLayout(layout);
+    adjustSize();
+
+    setPrecise(m_timer);
+    connect(&m_timer, SIGNAL(timeout()), this, SLOT(OnCancel()));
+}
+
+void MyMessagebox::setText(QString text, int seconds)
+{
+    m_label->setText(text);
+    m_label->adjustSize();
+    if (m_label->width() > widestLine)
+        m_label->setText(brokenIntoLines(text, m_label->width()));
+    m_label->adjustSize();
+    adjustSize();
+    const qint64 milliseconds = static_cast<qint64>(seconds) * 1000;
+    m_timer.setInterval(static_cast<int>(qBound<qint64>(0, milliseconds, std::numeric_limits<int>::max())));
+}
+
+void MyMessagebox::OnCancel()
+{
+    hide();
+    m_timer.stop();
+}
+
+void MyMessagebox::showEvent(QShowEvent *event)
+{
+    m_timer.stop();
+    m_timer.start();
+    QDialog::showEvent(event);
+}
