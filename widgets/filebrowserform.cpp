@@ -1,5 +1,6 @@
 #include "widgets/filebrowserform.h"
 
+#include "widgets/folderlisting.h"
 #include "widgets/touch.h"
 
 #include <QComboBox>
@@ -7,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace panelkit {
@@ -20,6 +22,35 @@ Object *named(Object *object, const char *name)
     return object;
 }
 
+// Draws an arrow in the rows of folders: tapping them leads on.
+class EntryDelegate : public TouchRowDelegate
+{
+public:
+    explicit EntryDelegate(QObject *parent) : TouchRowDelegate(parent) {}
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        if (!index.data(folderRole).toBool()) {
+            TouchRowDelegate::paint(painter, option, index);
+            return;
+        }
+        const bool selected = option.state & QStyle::State_Selected;
+        if (selected)
+            painter->fillRect(option.rect, option.palette.highlight());
+        QStyleOptionViewItem name = option;
+        name.rect.setRight(option.rect.right() - fingerHeight / 2);
+        TouchRowDelegate::paint(painter, name, index);
+
+        const QPoint tip(option.rect.right() - fingerHeight / 4, option.rect.center().y());
+        const QPoint arrow[] = {tip + QPoint(-5, -6), tip, tip + QPoint(-5, 6)};
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QPen(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text), 2));
+        painter->drawPolyline(arrow, 3);
+        painter->restore();
+    }
+};
+
 } // namespace
 
 void FileBrowserForm::setupUi(QWidget *form)
@@ -28,25 +59,23 @@ void FileBrowserForm::setupUi(QWidget *form)
         form->setObjectName(QLatin1String("FileBrowser"));
     form->resize(645, 574);
 
-    // A long title or root must not make the browser wider than the screen.
+    // A long title must not make the browser wider than the screen.
     label_title = named(new QLabel(form), "label_title");
     label_title->setWordWrap(true);
     label_title->setMinimumWidth(1);
 
     btn_return = named(new TouchButton(form), "btn_return");
-    cb_root_name = named(new QComboBox(form), "cb_root_name");
-    cb_root_name->setMinimumHeight(fingerHeight);
-    cb_root_name->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    cb_root_name->setMinimumContentsLength(6);
-    cb_root_name->setItemDelegate(new TouchRowDelegate(cb_root_name));
-
+    cb_root_name = named(new TouchComboBox(form), "cb_root_name");
     listWidget = named(new QListWidget(form), "listWidget");
     makeTouchList(listWidget);
+    listWidget->setItemDelegate(new EntryDelegate(listWidget));
 
     btn_cancel = named(new TouchButton(form), "btn_cancel");
     btn_ok = named(new TouchButton(form), "btn_ok");
 
     verticalLayout = named(new QVBoxLayout(form), "verticalLayout");
+    verticalLayout->setContentsMargins(4, 4, 4, 4);
+    verticalLayout->setSpacing(4);
     verticalLayout->addWidget(label_title);
     horizontalLayout = named(new QHBoxLayout, "horizontalLayout");
     horizontalLayout->addWidget(btn_return);

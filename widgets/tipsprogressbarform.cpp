@@ -53,6 +53,7 @@ void Ui_TipsProgressBar::setupBox()
     title = new QLabel(widget);
     title->setObjectName(QLatin1String("title"));
     title->setStyleSheet(noBorder);
+    title->setWordWrap(true);
     gridLayout->addWidget(title, 0, 0, 1, 1);
 
     pb_1 = new QProgressBar(widget);
@@ -65,6 +66,7 @@ void Ui_TipsProgressBar::setupBox()
     for (int i = 0; i < 2; ++i) {
         bars[i]->setStyleSheet(noBorder);
         bars[i]->setOrientation(Qt::Horizontal);
+        bars[i]->setAlignment(Qt::AlignCenter);
         bars[i]->setValue(0);
         gridLayout->addWidget(bars[i], 1 + i, 0, 1, 1);
     }

@@ -2,9 +2,10 @@
 
 #include "platform/qtcompatwidgets.h"
 
+#include <QAbstractItemView>
 #include <QListView>
 #include <QPalette>
-#include <QStyleOptionButton>
+#include <QStyleOption>
 #include <QStylePainter>
 
 namespace panelkit {
@@ -42,11 +43,38 @@ void makeTouchList(QListView *list)
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     scrollByFinger(list->viewport());
+    showSelectionPlainly(list);
+}
 
-    QPalette palette = list->palette();
+void showSelectionPlainly(QWidget *view)
+{
+    QPalette palette = view->palette();
     palette.setColor(QPalette::Highlight, QColor(0, 72, 144));
     palette.setColor(QPalette::HighlightedText, Qt::white);
-    list->setPalette(palette);
+    view->setPalette(palette);
+}
+
+TouchComboBox::TouchComboBox(QWidget *parent) : QComboBox(parent)
+{
+    setMinimumSize(3 * fingerHeight, fingerHeight);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(12);
+    setItemDelegate(new TouchRowDelegate(this));
+    view()->setTextElideMode(Qt::ElideMiddle);
+    showSelectionPlainly(view());
+}
+
+void TouchComboBox::paintEvent(QPaintEvent *)
+{
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QRect room =
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideMiddle, room.width());
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }
 
 TouchButton::TouchButton(QWidget *parent) : QPushButton(parent)

@@ -1,6 +1,7 @@
 // What makes a control fit for a finger.
 #pragma once
 
+#include <QComboBox>
 #include <QPushButton>
 #include <QStyledItemDelegate>
 
@@ -24,6 +25,19 @@ public:
 // A list whose rows are all alike, scrolls by finger, elides in the middle and shows plainly what is
 // selected.
 void makeTouchList(QListView *list);
+
+// The colours by which makeTouchList shows a selection.
+void showSelectionPlainly(QWidget *view);
+
+// A combo box whose text is elided in the middle where the width does not hold it.
+class TouchComboBox : public QComboBox
+{
+public:
+    explicit TouchComboBox(QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
 
 // A push button whose text may go over several lines where the width does not hold it in one.
 class TouchButton : public QPushButton
