@@ -1,14 +1,16 @@
 # Tests are GoogleTest programs, one or more a folder, found by CTest case by case.
 
 find_package(GTest REQUIRED)
+find_package(Qt${PANELKIT_QT} REQUIRED COMPONENTS Test)
 include(GoogleTest)
 
 # panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [LIBRARIES <target>...])
 #
 # LINK says what of the library the program gets: its objects (the default, which lets a test reach internal
 # code), the shared library as a caller has it, or nothing. Never both: process-wide state would exist twice.
-# GUI gives the program a QApplication on the offscreen platform, with the fonts of tests/support/fonts.conf, instead of
-# a QCoreApplication.
+# GUI gives the program a QApplication instead of a QCoreApplication, the fonts of tests/support/fonts.conf, QtTest for
+# simulated input, and the label "gui". It runs on the offscreen platform unless the environment names another: for a
+# real X server's behaviour QT_QPA_PLATFORM=xcb xvfb-run ctest -L gui
 function(panelkit_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "LINK" "SOURCES;LIBRARIES")
   if(arg_UNPARSED_ARGUMENTS)
@@ -32,10 +34,11 @@ function(panelkit_add_test name)
     ${PANELKIT_PLATFORM_LIBRARIES} GTest::gmock)
   panelkit_link_qt(${name} PRIVATE Core)
   if(arg_GUI)
-    panelkit_link_qt(${name} PRIVATE Widgets)
+    panelkit_link_qt(${name} PRIVATE Widgets Test)
     target_compile_definitions(${name} PRIVATE
       PANELKIT_TEST_FONTS="${PROJECT_SOURCE_DIR}/tests/support/fonts.conf")
+    set(labels LABELS gui)
   endif()
   # A case that hangs is a failure of its own and must not take the run with it.
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ${labels})
 endfunction()
