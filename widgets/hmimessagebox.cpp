@@ -12,6 +12,16 @@ namespace {
 
 const unsigned short messageBoxClosed = 111;
 
+void addNamedButton(QMessageBox *box, QMessageBox::StandardButton which, const QString &text)
+{
+    QAbstractButton *named = box->button(which);
+    if (named == nullptr)
+        named = box->addButton(which);
+    named->setMinimumHeight(panelkit::fingerHeight);
+    if (!text.isEmpty())
+        named->setText(text);
+}
+
 } // namespace
 
 HMIMessageBox::HMIMessageBox(QWidget *parent, const QString &title, const QString &text,
@@ -33,22 +43,12 @@ HMIMessageBox::HMIMessageBox(QWidget *parent, const QString &title, const QStrin
 
 void HMIMessageBox::addOKButton(const QString &text)
 {
-    addNamedButton(QMessageBox::Ok, text);
+    addNamedButton(this, QMessageBox::Ok, text);
 }
 
 void HMIMessageBox::addCancelButton(const QString &text)
 {
-    addNamedButton(QMessageBox::Cancel, text);
-}
-
-void HMIMessageBox::addNamedButton(StandardButton which, const QString &text)
-{
-    QAbstractButton *named = button(which);
-    if (named == nullptr)
-        named = addButton(which);
-    named->setMinimumHeight(panelkit::fingerHeight);
-    if (!text.isEmpty())
-        named->setText(text);
+    addNamedButton(this, QMessageBox::Cancel, text);
 }
 
 void HMIMessageBox::closeEvent(QCloseEvent *)

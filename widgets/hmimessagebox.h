@@ -23,7 +23,4 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-
-private:
-    void addNamedButton(StandardButton which, const QString &text);
 };
