@@ -2,6 +2,7 @@
 // qtcompat.h so that nothing but the widgets sees Qt Widgets.
 #pragma once
 
+#include <QMouseEvent>
 #include <QTimer>
 #include <QWidget>
 
@@ -21,14 +22,39 @@ inline void setPrecise(QTimer &timer)
 #endif
 }
 
-// Lets a finger, or the mouse that a touch screen pretends to be, drag and flick `viewport`. 4.8 has no
-// scroller; its scroll bars remain.
-inline void scrollByFinger(QWidget *viewport)
+// Where a mouse event happened, in its receiver; 6 has renamed it.
+inline QPoint positionOf(const QMouseEvent *event)
+{
+#if QT_VERSION >= 0x060000
+    return event->position().toPoint();
+#else
+    return event->pos();
+#endif
+}
+
+enum FingerInput
+{
+    FingerDown,
+    FingerMoved,
+    FingerUp
+};
+
+// Tells the toolkit's scroller what a finger does on `viewport`, and whether the viewport moves with it. 4.8
+// has no scroller; its scroll bars remain.
+inline bool scrollByFinger(QWidget *viewport, FingerInput input, const QPoint &position, qint64 milliseconds)
 {
 #if QT_VERSION >= 0x050000
-    QScroller::grabGesture(viewport, QScroller::LeftMouseButtonGesture);
+    const QScroller::Input inputs[] = {QScroller::InputPress, QScroller::InputMove, QScroller::InputRelease};
+    QScroller *const scroller = QScroller::scroller(viewport);
+    const bool wasMoving = scroller->state() == QScroller::Scrolling;
+    scroller->handleInput(inputs[input], position, milliseconds);
+    return wasMoving || scroller->state() == QScroller::Dragging;
 #else
     Q_UNUSED(viewport)
+    Q_UNUSED(input)
+    Q_UNUSED(position)
+    Q_UNUSED(milliseconds)
+    return false;
 #endif
 }
 

@@ -1,6 +1,6 @@
 #include "widgets/touch.h"
 
-#include "platform/qtcompatwidgets.h"
+#include "widgets/fingerscroll.h"
 
 #include <QAbstractItemView>
 #include <QListView>
@@ -42,7 +42,7 @@ void makeTouchList(QListView *list)
     list->setTextElideMode(Qt::ElideMiddle);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    scrollByFinger(list->viewport());
+    new FingerScroll(list->viewport()); // lives as long as that
     showSelectionPlainly(list);
 }
 

@@ -116,6 +116,36 @@ TEST_P(FileBrowserOnScreen, ScrollsByFingerWithoutSelecting)
     EXPECT_TRUE(list->selectedItems().isEmpty());
 }
 
+TEST_P(FileBrowserOnScreen, TakesATrembleForATap)
+{
+    makeFile(QStringLiteral("a.csv"));
+    browse(FileBro_SingleFile);
+    show(browser);
+    const QPoint place = list->visualItemRect(item(QStringLiteral("a.csv"))).center();
+    drag(list->viewport(), place, place + QPoint(2, 3));
+    EXPECT_EQ(browser.getSelectFile(), QStringList(path(QStringLiteral("a.csv"))));
+}
+
+TEST_P(FileBrowserOnScreen, StopsAFlickByATouchThatSelectsNothing)
+{
+    for (int i = 0; i < 1000; ++i)
+        makeFile(QStringLiteral("record_%1.csv").arg(i));
+    browse(FileBro_SingleFile);
+    show(browser);
+    QScrollBar *const position = list->verticalScrollBar();
+    const QPoint bottom = list->viewport()->rect().center() + QPoint(0, list->viewport()->height() / 3);
+    drag(list->viewport(), bottom, QPoint(bottom.x(), 2));
+    const int whenLifted = position->value();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return position->value() > whenLifted; })) << "the list flies on";
+    tap(list->viewport());
+    EXPECT_TRUE(list->selectedItems().isEmpty());
+    const int whenStopped = position->value();
+    QTest::qWait(100);
+    EXPECT_EQ(position->value(), whenStopped);
+    tap(list->viewport());
+    EXPECT_EQ(list->selectedItems().size(), 1) << "a touch of the list at rest is a tap again";
+}
+
 TEST_P(FileBrowserOnScreen, ElidesLongNamesInTheMiddle)
 {
     makeFile(longName());

@@ -1,0 +1,70 @@
+#include "widgets/fingerscroll.h"
+
+#include "platform/qtcompatwidgets.h"
+
+#include <QCoreApplication>
+
+namespace panelkit {
+
+FingerScroll::FingerScroll(QWidget *viewport)
+    : QObject(viewport),
+      m_viewport(viewport),
+      m_isDown(false),
+      m_isTap(false),
+      m_tapping(false)
+{
+    m_clock.start();
+    viewport->installEventFilter(this);
+}
+
+bool FingerScroll::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_viewport || m_tapping)
+        return false;
+    FingerInput input = FingerDown;
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        m_isDown = static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton;
+        break;
+    case QEvent::MouseMove:
+        input = FingerMoved;
+        break;
+    case QEvent::MouseButtonRelease:
+        input = FingerUp;
+        break;
+    default:
+        return false;
+    }
+    if (!m_isDown)
+        return false;
+
+    const QPoint position = positionOf(static_cast<QMouseEvent *>(event));
+    if (input == FingerDown) {
+        m_position = position;
+        m_isTap = true;
+    }
+    if (scrollByFinger(m_viewport, input, position, m_clock.elapsed()))
+        m_isTap = false;
+    if (input == FingerUp) {
+        m_isDown = false;
+        if (m_isTap)
+            tap();
+    }
+    return true;
+}
+
+void FingerScroll::tap()
+{
+    const QPoint onScreen = m_viewport->mapToGlobal(m_position);
+    QMouseEvent press(QEvent::MouseButtonPress, m_position, onScreen, Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, m_position, onScreen, Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    m_tapping = true;
+    QCoreApplication::sendEvent(m_viewport, &press);
+    QCoreApplication::sendEvent(m_viewport, &release);
+    m_tapping = false;
+}
+
+} // namespace panelkit

@@ -1,0 +1,33 @@
+// Scrolling by finger.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPoint>
+
+class QWidget;
+
+namespace panelkit {
+
+// Lets a finger, or the mouse that a touch screen pretends to be, drag and flick the contents of `viewport`,
+// whose scroller lives as long. The widget is told of a touch only when the finger has left it without a
+// drag; so a drag selects nothing, and a touch that stops a flick does not either. (The toolkit's own gesture
+// for this loses its recognizer with every widget that had one.)
+class FingerScroll : public QObject
+{
+public:
+    explicit FingerScroll(QWidget *viewport);
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void tap();
+
+    QWidget *m_viewport;
+    QElapsedTimer m_clock;
+    QPoint m_position; // where the finger came down
+    bool m_isDown;
+    bool m_isTap; // the finger that is down has moved nothing so far
+    bool m_tapping;
+};
+
+} // namespace panelkit
