@@ -10,7 +10,8 @@ include(GoogleTest)
 # code), the shared library as a caller has it, or nothing. Never both: process-wide state would exist twice.
 # GUI gives the program a QApplication instead of a QCoreApplication, the fonts of tests/support/fonts.conf, QtTest for
 # simulated input, and the label "gui". It runs on the offscreen platform unless the environment names another: for a
-# real X server's behaviour QT_QPA_PLATFORM=xcb xvfb-run ctest -L gui
+# real X server's behaviour QT_QPA_PLATFORM=xcb xvfb-run -s -noreset ctest -L gui (a server that resets itself turns
+# clients away)
 function(panelkit_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "LINK" "SOURCES;LIBRARIES")
   if(arg_UNPARSED_ARGUMENTS)

@@ -41,19 +41,18 @@ enum FingerInput
 
 // Tells the toolkit's scroller what a finger does on `viewport`, and whether the viewport moves with it. 4.8
 // has no scroller; its scroll bars remain.
-inline bool scrollByFinger(QWidget *viewport, FingerInput input, const QPoint &position, qint64 milliseconds)
+inline bool scrollByFinger(QWidget *viewport, FingerInput input, const QMouseEvent *event)
 {
 #if QT_VERSION >= 0x050000
     const QScroller::Input inputs[] = {QScroller::InputPress, QScroller::InputMove, QScroller::InputRelease};
     QScroller *const scroller = QScroller::scroller(viewport);
     const bool wasMoving = scroller->state() == QScroller::Scrolling;
-    scroller->handleInput(inputs[input], position, milliseconds);
+    scroller->handleInput(inputs[input], positionOf(event), static_cast<qint64>(event->timestamp()));
     return wasMoving || scroller->state() == QScroller::Dragging;
 #else
     Q_UNUSED(viewport)
     Q_UNUSED(input)
-    Q_UNUSED(position)
-    Q_UNUSED(milliseconds)
+    Q_UNUSED(event)
     return false;
 #endif
 }

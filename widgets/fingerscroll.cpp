@@ -13,7 +13,6 @@ FingerScroll::FingerScroll(QWidget *viewport)
       m_isTap(false),
       m_tapping(false)
 {
-    m_clock.start();
     viewport->installEventFilter(this);
 }
 
@@ -39,12 +38,12 @@ bool FingerScroll::eventFilter(QObject *watched, QEvent *event)
     if (!m_isDown)
         return false;
 
-    const QPoint position = positionOf(static_cast<QMouseEvent *>(event));
+    const QMouseEvent *const touch = static_cast<QMouseEvent *>(event);
     if (input == FingerDown) {
-        m_position = position;
+        m_position = positionOf(touch);
         m_isTap = true;
     }
-    if (scrollByFinger(m_viewport, input, position, m_clock.elapsed()))
+    if (scrollByFinger(m_viewport, input, touch))
         m_isTap = false;
     if (input == FingerUp) {
         m_isDown = false;

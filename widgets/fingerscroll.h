@@ -1,7 +1,6 @@
 // Scrolling by finger.
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 
@@ -23,7 +22,6 @@ private:
     void tap();
 
     QWidget *m_viewport;
-    QElapsedTimer m_clock;
     QPoint m_position; // where the finger came down
     bool m_isDown;
     bool m_isTap; // the finger that is down has moved nothing so far

@@ -72,8 +72,9 @@ void MyMessagebox::setText(QString text, int seconds)
         m_label->setText(brokenIntoLines(text, m_label->width()));
     m_label->adjustSize();
     adjustSize();
+    const qint64 longest = std::numeric_limits<int>::max();
     const qint64 milliseconds = static_cast<qint64>(seconds) * 1000;
-    m_timer.setInterval(static_cast<int>(qBound<qint64>(0, milliseconds, std::numeric_limits<int>::max())));
+    m_timer.setInterval(static_cast<int>(qBound<qint64>(0, milliseconds, longest)));
 }
 
 void MyMessagebox::OnCancel()
