@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QTimer>
 #include <QVariant>
 
 #if QT_VERSION >= 0x050000
@@ -26,6 +27,16 @@ inline QVariant variantFromJson(const QByteArray &text, bool &isJson)
     return document.toVariant();
 #else
     return QJson::Parser().parse(text, &isJson);
+#endif
+}
+
+// Timers of 4.8 are precise; later ones may fire 5 % early unless they are asked not to.
+inline void setPrecise(QTimer &timer)
+{
+#if QT_VERSION >= 0x050000
+    timer.setTimerType(Qt::PreciseTimer);
+#else
+    Q_UNUSED(timer)
 #endif
 }
 

@@ -1,9 +1,8 @@
-// What differs between the toolkit's generations 4.8, 5 and 6 in widgets and events, each difference once. Apart from
-// qtcompat.h so that nothing but the widgets sees Qt Widgets.
+// What differs between the toolkit's generations 4.8, 5 and 6 for widgets, each difference once; apart from
+// qtcompat.h, so that nothing but the widgets sees Qt Widgets.
 #pragma once
 
 #include <QMouseEvent>
-#include <QTimer>
 #include <QWidget>
 
 #if QT_VERSION >= 0x050000
@@ -11,16 +10,6 @@
 #endif
 
 namespace panelkit {
-
-// Timers of 4.8 are precise; later ones may fire 5 % early unless they are asked not to.
-inline void setPrecise(QTimer &timer)
-{
-#if QT_VERSION >= 0x050000
-    timer.setTimerType(Qt::PreciseTimer);
-#else
-    Q_UNUSED(timer)
-#endif
-}
 
 // Where a mouse event happened, in its receiver; 6 has renamed it.
 inline QPoint positionOf(const QMouseEvent *event)

@@ -1,6 +1,6 @@
 #include "runtime/utimer.h"
 
-#include "platform/qtcompatwidgets.h"
+#include "platform/qtcompat.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDateTime>

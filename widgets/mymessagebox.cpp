@@ -1,6 +1,6 @@
 #include "widgets/mymessagebox.h"
 
-#include "platform/qtcompatwidgets.h"
+#include "platform/qtcompat.h"
 #include "widgets/noticefont.h"
 #include "widgets/touch.h"
 

@@ -66,6 +66,7 @@ public:
     struct Link
     {
         QString name;
+        LinkValue project; // as the constructor was given it
         LinkValue value;
         std::shared_ptr<LinkWorker> worker; // none: without connection
     };
@@ -89,7 +90,7 @@ public:
     {
     }
 
-    LinkParameters parametersOf(const LinkValue &link) const;
+    LinkParameters parametersOf(const Link &link) const;
     void connect(Link &link) const;
     Target find(const RegisterValueChange &reg, int count, Access access) const;
     std::shared_ptr<LinkWorker> worker(int number) const;
@@ -104,10 +105,12 @@ public:
     std::map<int, Link> links;
 };
 
-LinkParameters Communication::Private::parametersOf(const LinkValue &link) const
+LinkParameters Communication::Private::parametersOf(const Link &link) const
 {
-    LinkParameters parameters = linkParameters(link);
-    if (!options.plcHost.isEmpty()) {
+    LinkParameters parameters = linkParameters(link.value);
+    const LinkParameters inProject = linkParameters(link.project);
+    const bool wasMoved = parameters.host != inProject.host || parameters.port != inProject.port;
+    if (!options.plcHost.isEmpty() && !wasMoved) {
         parameters.host = plcAddress;
         parameters.port = options.plcPort;
     }
@@ -120,11 +123,10 @@ void Communication::Private::connect(Link &link) const
     if (!isModbusTcp(link.value))
         link.worker.reset();
     else if (link.worker)
-        link.worker->setParameters(parametersOf(link.value));
+        link.worker->setParameters(parametersOf(link));
     else
         link.worker = std::make_shared<LinkWorker>(
-            parametersOf(link.value),
-            LinkTiming{{options.firstPause, options.longestPause}, options.forgetAfter});
+            parametersOf(link), LinkTiming{{options.firstPause, options.longestPause}, options.forgetAfter});
 }
 
 Communication::Private::Target Communication::Private::find(const RegisterValueChange &reg, int count,
@@ -167,11 +169,12 @@ Communication::Communication(const std::vector<LinkRecord> &links, const Communi
     : d(std::make_unique<Private>(options))
 {
     const LinkRecord internal = internalStorageRecord();
-    d->links.insert({internalLink, {internal.name, internal.value, nullptr}});
+    d->links.insert({internalLink, {internal.name, internal.value, internal.value, nullptr}});
     for (const LinkRecord &record : links) {
         if (record.value.id < 1 || record.value.id > 65535)
             continue;
-        const auto [link, isNew] = d->links.insert({record.value.id, {record.name, record.value, nullptr}});
+        const auto [link, isNew] =
+            d->links.insert({record.value.id, {record.name, record.value, record.value, nullptr}});
         if (isNew)
             d->connect(link->second);
     }
@@ -199,14 +202,14 @@ int Communication::resolveAddressIndex(int linkId, const QString &name, const QS
 {
     const QByteArray latin1 = name.toLatin1();
     const QLatin1String block(latin1.constData(), static_cast<int>(latin1.size()));
-    if (linkId == internalLink) {
-        bool ok = false;
-        const int index = indexText.toInt(&ok, 10);
-        const bool isThere = InternalStorage::hasBlock(block) && index >= 0 && index < RegisterArea::size;
-        return ok && isThere ? index : -1;
-    }
-    const ModbusBlock *modbus = d->worker(linkId) ? modbusBlock(block) : nullptr;
-    return modbus != nullptr ? modbusIndex(*modbus, indexText) : -1;
+    int indexCount = 0;
+    if (linkId == internalLink)
+        indexCount = InternalStorage::hasBlock(block) ? RegisterArea::size : 0;
+    else if (const ModbusBlock *modbus = d->worker(linkId) ? modbusBlock(block) : nullptr)
+        indexCount = modbus->indexCount;
+    bool isNumber = false;
+    const int index = indexText.toInt(&isNumber, 10);
+    return isNumber && index >= 0 && index < indexCount ? index : -1;
 }
 
 int Communication::readAddressWords(const RegisterValueChange *reg, int count, void *buffer)

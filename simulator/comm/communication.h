@@ -54,8 +54,8 @@ public:
     LinkValue getLinkValueByName(const QString &linkName) override;
 
     // The index that a script variable is declared with, which is the link's own count from 0 on, as in the
-    // calls of getdata and setdata that its macros become: the number that `indexText` holds, or -1 for what is
-    // not there, and for links without connection. `extra` and `dataType` make no difference.
+    // calls of getdata and setdata that its macros become: the number that `indexText` holds, or -1 for what
+    // is not there, and for links without connection. `extra` and `dataType` make no difference.
     int resolveAddressIndex(int linkId, const QString &blockName, const QString &indexText, int extra,
                             int dataType) override;
 

@@ -7,11 +7,11 @@
 
 namespace panelkit::simulator {
 
+ExitCode runCheck(const QStringList &arguments);
 ExitCode runInfo(const QStringList &arguments);
 ExitCode runLinkParams(const QStringList &arguments);
-ExitCode runNetwork(const QStringList &arguments);
-ExitCode runCheck(const QStringList &arguments);
 ExitCode runLookup(const QStringList &arguments);
+ExitCode runNetwork(const QStringList &arguments);
 ExitCode runServe(const QStringList &arguments);
 ExitCode runShow(const QStringList &arguments);
 

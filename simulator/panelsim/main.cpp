@@ -19,11 +19,11 @@ struct Command
 };
 
 const Command commands[] = {
+    {"check", "check an address, all of a project, or its drivers", runCheck},
     {"info", "show the panel's load, memory, disk and kind", runInfo},
     {"link-params", "show or set the parameters of a link, as a screen does", runLinkParams},
-    {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
-    {"check", "check an address, all of a project, or its drivers", runCheck},
     {"lookup", "show the index of a register as its driver counts it", runLookup},
+    {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
     {"serve", "run the bottling line's PLC for other programs", runServe},
     {"show", "show the values of a project's items", runShow},
 };
