@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <cstddef>
+
 namespace {
 
 const int wordArea = 0;
@@ -98,16 +100,17 @@ void fetch(QSettings *settings, const Parameter (&parameters)[count], dynamecsli
         values.*parameter.field = settings->value(QLatin1String(parameter.key)).toInt();
 }
 
-// On a disk that fills up while the settings are written, the toolkit puts the part that it could write (or
-// with Qt 4.8, nothing) in the place of the earlier file and reports success. So nothing is set that would
-// not fit: the whole file anew, the group of one link, and the file by which the toolkit locks the settings.
+// On a disk that fills up while the settings are written, the toolkit puts the part that it could write in
+// the place of the earlier file and reports success. So nothing is set that would not fit: the whole file
+// anew, the group of one link, and the file by which the toolkit locks the settings.
 bool hasRoomForGroup(const QSettings *settings, const LinkValue &link)
 {
     const qint64 longestGroup =
         4096 + 6 * static_cast<qint64>(link.driverLib.size()); // "\x4e2d" for one character
     const qint64 lockFile = 4096;
-    const QString fileName = settings->fileName();
-    return panelkit::hasRoomBeside(fileName, QFileInfo(fileName).size() + longestGroup + lockFile);
+    const QFileInfo file(settings->fileName());
+    const QString place = file.exists() ? file.canonicalFilePath() : file.filePath(); // where a link leads to
+    return panelkit::hasRoomBeside(place, file.size() + longestGroup + lockFile);
 }
 
 // The project's own parameters of the link.

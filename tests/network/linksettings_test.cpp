@@ -42,6 +42,8 @@ bool write(const QString &fileName, const QByteArray &content)
     return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(content) == content.size();
 }
 
+constexpr int noMounts = 99;
+
 // Gives this process mounts of its own, as root or, where ordinary users may have namespaces, as anybody.
 bool enterOwnMounts()
 {
@@ -116,6 +118,35 @@ protected:
         if (crowded.value(QStringLiteral("link3/baudlow")).toInt() != 9600)
             return 5;
         return 0;
+    }
+
+    // Saves two pages of settings on a disk that has room for so many pages besides, in a process of its own.
+    // 0 when the file is whole afterwards, be it the earlier or the new one.
+    int saveOnCrowdedDisk(int freePages, bool byLink)
+    {
+        const QString disk = folder.filePath(QStringLiteral("disk"));
+        QDir().mkdir(disk);
+        if (!enterOwnMounts() ||
+            mount("none", QFile::encodeName(disk).constData(), "tmpfs", 0, "size=32k") != 0)
+            return noMounts;
+        const QString onDisk = disk + QStringLiteral("/links.ini");
+        QFile::link(onDisk, settings.fileName());
+
+        QByteArray other;
+        for (int i = 1000; other.size() < 5000; ++i)
+            other += "key" + QByteArray::number(i) + "=" + QByteArray::number(i) + "\n";
+        const QByteArray before = serialGroup + QByteArray("[other]\n") + other;
+        if (!write(onDisk, before))
+            return 1;
+        write(disk + QStringLiteral("/filler"), QByteArray(4096 * (6 - freePages), 'x'));
+        editLink(3);
+        {
+            QSettings crowded(byLink ? settings.fileName() : onDisk, QSettings::IniFormat);
+            save(crowded);
+        }
+        const QByteArray after = content();
+        const bool isAllThere = after.endsWith(other) && after.contains("baudlow=115200");
+        return after == before || isAllThere ? 0 : 2;
     }
 
     // A file that may not be written: the save says 1 all the same, the record holds what was to be saved,
@@ -299,37 +330,21 @@ TEST_F(LinkSettings, StayWholeWhenTheyWouldNotFitOnTheDisk)
     }
 }
 
-// With every number of free pages: either nothing changes, or all of it is there.
+// With every number of free pages, on the disk itself and by a link that leads to it: either nothing changes,
+// or all of it is there.
 TEST_F(LinkSettings, StayWholeOnADiskThatIsReallyFull)
 {
-    const int noNamespaces = 99;
-    for (int freePages = 0; freePages <= 5; ++freePages) {
-        SCOPED_TRACE(freePages);
-        const int result = inOwnProcess([&] {
-            if (!enterOwnMounts() ||
-                mount("none", QFile::encodeName(folder.path()).constData(), "tmpfs", 0, "size=32k") != 0)
-                return noNamespaces;
-            // Two pages of settings, and a file that leaves the pages of this round.
-            QByteArray other;
-            for (int i = 1000; other.size() < 5000; ++i)
-                other += "key" + QByteArray::number(i) + "=" + QByteArray::number(i) + "\n";
-            const QByteArray before = serialGroup + QByteArray("[other]\n") + other;
-            if (!write(settings.fileName(), before))
-                return 101;
-            write(folder.filePath(QStringLiteral("filler")), QByteArray(4096 * (6 - freePages), 'x'));
-            editLink(3);
-            {
-                QSettings crowded(settings.fileName(), QSettings::IniFormat);
-                save(crowded);
-            }
-            if (content() == before)
-                return 0;
-            const QByteArray after = content();
-            return after.endsWith(other) && after.contains("baudlow=115200") ? 0 : 102;
-        });
-        if (result == noNamespaces)
-            GTEST_SKIP() << "no mount namespaces here: a disk of a few pages cannot be made";
-        EXPECT_EQ(result, 0);
+    for (const bool byLink : {false, true}) {
+        for (int freePages = 0; freePages <= 5; ++freePages) {
+            SCOPED_TRACE(QStringLiteral("%1 free pages%2")
+                             .arg(freePages)
+                             .arg(QLatin1String(byLink ? ", by a link" : ""))
+                             .toStdString());
+            const int result = inOwnProcess([&] { return saveOnCrowdedDisk(freePages, byLink); });
+            if (result == noMounts)
+                GTEST_SKIP() << "no mount namespaces here: a disk of a few pages cannot be made";
+            EXPECT_EQ(result, 0);
+        }
     }
 }
 
