@@ -156,10 +156,11 @@ bool saveHMIIP()
     if (!takeRequest(comm, saveFlag))
         return false;
 
-    quint16 words[settingCount * partsOfAddress] = {};
+    quint16 parts[settingCount][partsOfAddress] = {};
     int target = ipRegister;
-    for (quint16 &word : words)
-        comm->readRegisters(wordArea, target++, 1, &word);
+    for (auto &address : parts)
+        for (quint16 &part : address)
+            comm->readRegisters(wordArea, target++, 1, &part);
 
     static const char *const complaints[settingCount] = {
         QT_TRANSLATE_NOOP("QObject", "The IP address setting is incorrect. Please re-enter it."),
@@ -168,7 +169,7 @@ bool saveHMIIP()
         QT_TRANSLATE_NOOP("QObject", "The DNS setting is incorrect. Please re-enter it.")};
     QString settings[settingCount];
     for (int i = 0; i < settingCount; ++i) {
-        settings[i] = dottedText(words + i * partsOfAddress);
+        settings[i] = dottedText(parts[i]);
         if (!checkIPAddr(settings[i])) {
             tellOperator(QObject::tr(complaints[i]));
             return false;

@@ -31,6 +31,7 @@ quint32 kibibytes(quint32 units, quint32 unitSize)
 
 } // namespace panelkit
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): fixed
 bool tools_file_exists(QString path, int kind, bool create)
 {
     const int directory = 1;

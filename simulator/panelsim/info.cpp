@@ -58,7 +58,7 @@ Figures takeFigures(cpu_info &processor, const QString &diskPath)
 // Whether the panel's figure of the free memory is what is left of a larger one.
 bool isMemoryWrapped(const Figures &figures)
 {
-    const quint64 fourGibibytes = 4 * 1024 * 1024;
+    const quint64 fourGibibytes = Q_UINT64_C(4) * 1024 * 1024; // in KiB
     return figures.freeMemoryOfMachine >= fourGibibytes;
 }
 
