@@ -16,8 +16,6 @@ namespace panelkit::simulator {
 namespace {
 
 constexpr int wordArea = 0;
-constexpr int flagArea = 1;
-constexpr int saveFlag = 60213;
 constexpr int firstRegister = 64052;
 constexpr int partCount = 4;
 
@@ -92,16 +90,6 @@ void addSystemStep(QList<PlanStep> &steps, const QString &line)
     }
 }
 
-void enterSettings(InterfaceComm &comm, const NetworkSettings &wanted)
-{
-    int address = firstRegister;
-    for (const QString &text : {wanted.ip, wanted.netMask, wanted.gateway, wanted.dns})
-        for (const quint16 part : partsOfAddress(text))
-            comm.writeRegisters(wordArea, address++, 1, &part);
-    const quint16 request = 1;
-    comm.writeRegisters(flagArea, saveFlag, 1, &request);
-}
-
 } // namespace
 
 NetworkPlan planNetwork(const QString &root, const NetworkSettings &wanted)
@@ -118,7 +106,7 @@ NetworkPlan planNetwork(const QString &root, const NetworkSettings &wanted)
         [&](const QByteArray &line) { addSystemStep(plan.steps, QString::fromUtf8(line)); });
     tools_setSystemRoot(root.isEmpty() ? QLatin1String(rootWithoutFiles) : root);
 
-    enterSettings(comm, wanted);
+    enterNetworkSettings(comm, wanted);
     plan.isAccepted = saveHMIIP();
     for (const QString &message : takeOperatorMessages())
         plan.steps << PlanStep{QStringLiteral("message"), message};

@@ -1,6 +1,7 @@
 #include "simulator/host/networksettings.h"
 
 #include "platform/sys_base.h"
+#include "register/interfacecomm.h"
 
 namespace panelkit::simulator {
 
@@ -61,6 +62,18 @@ QList<quint16> partsOfAddress(const QString &text)
         parts << value;
     }
     return parts.size() == 4 ? parts : QList<quint16>();
+}
+
+void enterNetworkSettings(InterfaceComm &comm, const NetworkSettings &settings)
+{
+    constexpr int wordArea = 0;
+    constexpr int flagArea = 1;
+    int address = 64052;
+    for (const QString &text : {settings.ip, settings.netMask, settings.gateway, settings.dns})
+        for (const quint16 part : partsOfAddress(text))
+            comm.writeRegisters(wordArea, address++, 1, &part);
+    const quint16 request = 1;
+    comm.writeRegisters(flagArea, 60213, 1, &request);
 }
 
 QStringList networkWarnings(const NetworkSettings &settings)

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+class InterfaceComm;
+
 namespace panelkit::simulator {
 
 // Dotted texts; empty where nothing is set.
@@ -28,6 +30,10 @@ NetworkSettings storedNetworkSettings();
 // The four numbers of a dotted text, or none when it is not four numbers from 0 to 65535, as registers hold
 // them.
 QList<quint16> partsOfAddress(const QString &text);
+
+// Writes four texts of four numbers each to the registers and sets the flag that asks for them to be applied,
+// as an operator does on a screen.
+void enterNetworkSettings(InterfaceComm &comm, const NetworkSettings &settings);
 
 // What the library lets pass in four addresses that it accepts, and what may yet cut the panel off; one
 // sentence each.

@@ -17,9 +17,7 @@ namespace {
 
 constexpr int wordArea = 0;
 constexpr int flagArea = 1;
-constexpr int saveFlag = 60213;
 constexpr int reloadFlag = 60214;
-constexpr quint16 request = 1;
 
 // The four settings, in the order of their registers.
 struct Setting
@@ -91,21 +89,11 @@ void printSettings(Communication &comm)
 
 ExitCode show(Session &session)
 {
+    const quint16 request = 1;
     session.communication().writeRegisters(flagArea, reloadFlag, 1, &request);
     session.flags().poll();
     printSettings(session.communication());
     return ExitCode::Done;
-}
-
-// As an operator does on a screen.
-void enterSettings(Communication &comm, const NetworkSettings &wanted)
-{
-    for (const Setting &setting : settings) {
-        int address = setting.firstRegister;
-        for (const quint16 part : partsOfAddress(wanted.*setting.text))
-            comm.writeRegisters(wordArea, address++, 1, &part);
-    }
-    comm.writeRegisters(flagArea, saveFlag, 1, &request);
 }
 
 void printCommands(bool wereRun)
@@ -121,7 +109,7 @@ ExitCode set(Session &session, const QStringList &arguments, const QCommandLineP
     const auto wanted = wantedSettings(storedNetworkSettings(), arguments);
     if (!wanted)
         return ExitCode::WrongUse;
-    enterSettings(session.communication(), *wanted);
+    enterNetworkSettings(session.communication(), *wanted);
     const bool isSaved = session.flags().poll().savedAddress;
     const QStringList messages = takeOperatorMessages();
     if (!isSaved) {
