@@ -4,6 +4,7 @@
 #include "link/driverfile.h"
 #include "link/utf8text.h"
 #include "platform/device_struct.h"
+#include "platform/qtcompat.h"
 #include "register/registervaluechange.h"
 
 #include <QLibrary>
@@ -139,6 +140,9 @@ address_check::address_check(object *root)
             const linkInfo_t link = readLink(node);
             linkNames << link.linkName;
             linkMap.insert(link.linkID, link);
+            heldLibraries.insert(link.linkID, link.library->isLoaded()
+                                                  ? panelkit::holdLibrary(link.library->fileName())
+                                                  : nullptr);
         }
     }
     for (const QString &name : static_cast<const QStringList &>(linkNames))
@@ -151,6 +155,7 @@ address_check::~address_check()
         if (link->library->isLoaded())
             link->library->unload();
         delete link->library;
+        panelkit::releaseLibrary(heldLibraries.value(link.key()));
         link->library = nullptr;
         link->checkAddr = nullptr;
     }

@@ -20,8 +20,11 @@ void readLinkList(const QByteArray &json, const LinkListFormat &format, QMap<QSt
     const QVariant root = variantFromJson(json, isJson);
     if (!isJson)
         return;
-    const QVariantList list = root.toMap().value(QLatin1String(format.list)).toList();
-    for (const QVariant &element : list) {
+    const QVariant list = root.toMap().value(QLatin1String(format.list));
+    if (list.userType() != QMetaType::QVariantList) // a text would be a list of its letters to Qt 6
+        return;
+    const QVariantList elements = list.toList();
+    for (const QVariant &element : elements) {
         const QVariantMap link = element.toMap();
         drivers.insert(link.value(QLatin1String(format.name)).toString(),
                        link.value(QLatin1String(format.driver)).toString().toLower());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 #include <QTimer>
 #include <QVariant>
 
@@ -13,6 +14,12 @@
 
 #if QT_VERSION >= 0x050300
 #include <QPageSize>
+#endif
+
+#if QT_VERSION >= 0x060000
+#include <QFile>
+
+#include <dlfcn.h>
 #endif
 
 namespace panelkit {
@@ -27,6 +34,28 @@ inline QVariant variantFromJson(const QByteArray &text, bool &isJson)
     return document.toVariant();
 #else
     return QJson::Parser().parse(text, &isJson);
+#endif
+}
+
+// Keeps the library that a QLibrary has loaded from `path` in the process, until releaseLibrary takes what
+// this returns. Qt 6 does not count its objects for one file: whichever unloads first would take it from all.
+inline void *holdLibrary(const QString &path)
+{
+#if QT_VERSION >= 0x060000
+    return dlopen(QFile::encodeName(path).constData(), RTLD_LAZY | RTLD_NOLOAD);
+#else
+    (void)path;
+    return nullptr;
+#endif
+}
+
+inline void releaseLibrary(void *held)
+{
+#if QT_VERSION >= 0x060000
+    if (held != nullptr)
+        dlclose(held);
+#else
+    (void)held;
 #endif
 }
 

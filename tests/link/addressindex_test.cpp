@@ -2,6 +2,7 @@
 
 #include "link/addressindex.h"
 
+#include "link/address_check.h"
 #include "tests/link/driverpanel.h"
 
 #include <QDir>
@@ -354,6 +355,26 @@ TEST_F(AddressIndex, TriesNoSecondFile)
     inOwnProcess([&] {
         EXPECT_EQ(lookUp("PLC1", "5"), -1);
         EXPECT_EQ(driverLog(), QStringList());
+    });
+}
+
+TEST_F(AddressIndex, LeavesACheckerTheDriverThatItHolds)
+{
+    writeProjectList(R"({"links": [{"linkName": "PLC1", "linkDriver": "test"}]})");
+    install(text("libtest_1.so"));
+    panelkit::testing::Project project;
+    project.addLink(1, text("PLC1"), text("test"));
+    inOwnProcess([&] {
+        {
+            address_check checker(project.root());
+            driverLog();
+            EXPECT_EQ(lookUp("PLC1", "5"), 5);
+            EXPECT_EQ(driverLog().filter(text("load")), QStringList());
+            EXPECT_EQ(checker.checkAddress(text("PLC1"), text("D"), text("6"), project.item(), 0, 1, 0), 0);
+            EXPECT_EQ(lookUp("PLC1", "7"), 7);
+            EXPECT_EQ(driverLog().filter(text("load")), QStringList());
+        }
+        EXPECT_EQ(driverLog(), QStringList() << text("unload libtest_1.so"));
     });
 }
 

@@ -2,16 +2,17 @@
 
 #include "link/elfheader.h"
 #include "tests/link/driverpanel.h"
+#include "tests/support/ordinaryuser.h"
 
 #include <QBuffer>
 #include <QFile>
 
 #include <cstring>
+#include <vector>
 
 #include <elf.h>
 #include <link.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -83,27 +84,6 @@ struct SmallLibrary
 
     ElfW(Ehdr) header = {};
     std::vector<ElfW(Phdr)> segments;
-};
-
-// Whoever runs the test, the permissions of files hold as long as this lives.
-class OrdinaryUser
-{
-public:
-    OrdinaryUser()
-    {
-        if (m_wasRoot) {
-            EXPECT_EQ(seteuid(65534), 0);
-        }
-    }
-    ~OrdinaryUser()
-    {
-        if (m_wasRoot) {
-            EXPECT_EQ(seteuid(0), 0);
-        }
-    }
-
-private:
-    const bool m_wasRoot = geteuid() == 0;
 };
 
 } // namespace
@@ -201,7 +181,8 @@ TEST_F(DriverFile, IsMissingWhenItMayNotBeRead)
     install(text("libtest_1.so"));
     ASSERT_EQ(chmod(path.toUtf8().constData(), 0), 0);
     ASSERT_EQ(chmod(root.path().toUtf8().constData(), 0755), 0);
-    const OrdinaryUser user;
+    const panelkit::testing::OrdinaryUser user;
+    ASSERT_TRUE(user.holds());
     EXPECT_EQ(tools_driverFileState(path), DriverFileState::Missing);
 }
 
