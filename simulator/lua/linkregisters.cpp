@@ -69,9 +69,12 @@ QString LinkRegisters::write(const MacroAddress &address, const RegisterWords &w
 
 struct CopiedRegisters::Layout
 {
+    int link = 0;
     ModbusSpan span;
     QString area; // what tells the tables of a station, and the blocks of the internal storage, apart
     bool isWritable = true;
+
+    Place place(int i) const { return {link, span.range.unit, area, span.range.first + i}; }
 };
 
 std::optional<CopiedRegisters::Layout> CopiedRegisters::layoutOf(const RegisterValueChange &reg,
@@ -79,9 +82,9 @@ std::optional<CopiedRegisters::Layout> CopiedRegisters::layoutOf(const RegisterV
 {
     const QLatin1String name = blockOf(reg);
     if (reg.linkId == 0) {
-        const ModbusTable table =
-            name == QLatin1String("LB") ? ModbusTable::Coils : ModbusTable::HoldingRegisters;
-        return Layout{{{reg.station, table, reg.index, wordCount}, wordCount, false, 0}, name, true};
+        const bool isBit = name == QLatin1String("LB");
+        const ModbusTable table = isBit ? ModbusTable::Coils : ModbusTable::HoldingRegisters;
+        return Layout{0, {{reg.station, table, reg.index, wordCount}, wordCount, false, 0}, name, true};
     }
     const ModbusBlock *block = modbusBlock(name);
     if (block == nullptr)
@@ -89,9 +92,10 @@ std::optional<CopiedRegisters::Layout> CopiedRegisters::layoutOf(const RegisterV
     const auto span = modbusSpan(*block, reg.station, reg.index, wordCount, largestWrite(block->table));
     if (!span)
         return std::nullopt;
-    return Layout{*span, QString::number(static_cast<int>(block->table)), block->isWritable};
+    return Layout{reg.linkId, *span, QString::number(static_cast<int>(block->table)), block->isWritable};
 }
 
+// Reads the registers of the links, and then what of them was written here.
 QString CopiedRegisters::read(const MacroAddress &address, RegisterWords &words)
 {
     QString failure;
@@ -103,11 +107,10 @@ QString CopiedRegisters::read(const MacroAddress &address, RegisterWords &words)
     if (!failure.isEmpty() || !layout)
         return failure;
 
-    const RegisterRange &range = layout->span.range;
     std::array<quint16, 2> registers = {};
     packWords(layout->span, words.words.data(), registers.data());
-    for (int i = 0; i < range.count; ++i) {
-        const auto written = m_written.find({reg->linkId, range.unit, layout->area, range.first + i});
+    for (int i = 0; i < layout->span.range.count; ++i) {
+        const auto written = m_written.find(layout->place(i));
         if (written == m_written.end())
             continue;
         quint16 &value = registers[static_cast<std::size_t>(i)];
@@ -124,28 +127,54 @@ QString CopiedRegisters::write(const MacroAddress &address, const RegisterWords 
     QString failure = read(address, old);
     if (!failure.isEmpty())
         return failure;
-    const auto reg = registerOf(m_communication, address, failure);
-    const auto layout = reg ? layoutOf(*reg, words.count) : std::nullopt;
-    if (!layout)
-        return failureOf({TransferStatus::NoSuchRegister});
-    if (!layout->isWritable)
+    Layout layout;
+    failure = find(address, words.count, layout);
+    if (!failure.isEmpty())
+        return failure;
+    if (!layout.isWritable)
         return failureOf({TransferStatus::ReadOnly});
     before = old;
+    keep(layout, words);
+    return QString();
+}
 
-    const RegisterRange &range = layout->span.range;
+QString CopiedRegisters::preset(const MacroAddress &address, const RegisterWords &words)
+{
+    Layout layout;
+    const QString failure = find(address, words.count, layout);
+    if (failure.isEmpty())
+        keep(layout, words);
+    return failure;
+}
+
+QString CopiedRegisters::find(const MacroAddress &address, int wordCount, Layout &layout)
+{
+    QString failure;
+    const auto reg = registerOf(m_communication, address, failure);
+    if (!reg)
+        return failure;
+    const auto found = layoutOf(*reg, wordCount);
+    if (!found)
+        return failureOf({TransferStatus::NoSuchRegister});
+    layout = *found;
+    return QString();
+}
+
+void CopiedRegisters::keep(const Layout &layout, const RegisterWords &words)
+{
     const std::array<quint16, 2> all = {0xFFFF, 0xFFFF};
-    std::array<quint16, 2> masks = layout->span.isInWord ? std::array<quint16, 2>{} : all;
-    if (layout->span.isInWord)
-        packWords(layout->span, all.data(), masks.data());
+    std::array<quint16, 2> masks = all;
+    if (layout.span.isInWord) {
+        masks = {};
+        packWords(layout.span, all.data(), masks.data());
+    }
     std::array<quint16, 2> values = {};
-    packWords(layout->span, words.words.data(), values.data());
-    for (std::size_t i = 0; i < static_cast<std::size_t>(range.count); ++i) {
-        Written &written =
-            m_written[{reg->linkId, range.unit, layout->area, range.first + static_cast<int>(i)}];
+    packWords(layout.span, words.words.data(), values.data());
+    for (std::size_t i = 0; i < static_cast<std::size_t>(layout.span.range.count); ++i) {
+        Written &written = m_written[layout.place(static_cast<int>(i))];
         written.value = static_cast<quint16>((written.value & ~masks[i]) | values[i]);
         written.mask |= masks[i];
     }
-    return QString();
 }
 
 } // namespace panelkit::simulator

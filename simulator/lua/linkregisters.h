@@ -42,6 +42,9 @@ public:
     QString write(const MacroAddress &address, const RegisterWords &words,
                   std::optional<RegisterWords> &before) override;
 
+    // Gives a register of the copy a value, also one that cannot be written. Returns as write does.
+    QString preset(const MacroAddress &address, const RegisterWords &words);
+
 private:
     // One register of a PLC (link, unit, table), or of a block of the internal storage (link 0, -1, block).
     using Place = std::tuple<int, int, QString, int>;
@@ -55,6 +58,9 @@ private:
     // How the words of an address lie in registers.
     struct Layout;
     static std::optional<Layout> layoutOf(const RegisterValueChange &reg, int wordCount);
+
+    QString find(const MacroAddress &address, int wordCount, Layout &layout);
+    void keep(const Layout &layout, const RegisterWords &words);
 
     Communication &m_communication;
     std::map<Place, Written> m_written;

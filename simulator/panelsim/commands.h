@@ -12,6 +12,7 @@ ExitCode runInfo(const QStringList &arguments);
 ExitCode runLinkParams(const QStringList &arguments);
 ExitCode runLookup(const QStringList &arguments);
 ExitCode runNetwork(const QStringList &arguments);
+ExitCode runMacro(const QStringList &arguments);
 ExitCode runServe(const QStringList &arguments);
 ExitCode runShow(const QStringList &arguments);
 

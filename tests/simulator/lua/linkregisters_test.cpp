@@ -150,6 +150,17 @@ TEST_F(LinkRegistersTest, CopiedKeepWhatIsWrittenFromTheInternalStorage)
     EXPECT_EQ(read(registers, bit), Words{0});
 }
 
+TEST_F(LinkRegistersTest, CopiedCanBePresetEvenWhereNothingCanBeWritten)
+{
+    setWords(1, Table::InputRegisters, 4, {7, 8});
+    CopiedRegisters registers(*comm);
+    EXPECT_EQ(registers.preset(at("PLC1", "3x", 5), {{99, 0}, 1}), QString());
+    EXPECT_EQ(read(registers, at("PLC1", "3x", 4), 2), (Words{7, 99}));
+    EXPECT_EQ(registers.preset(at("PLC1", "9x", 5), {{99, 0}, 1}),
+              QStringLiteral("there is no such register"));
+    EXPECT_EQ(registers.preset(at("PLC9", "3x", 5), {{99, 0}, 1}), QStringLiteral("there is no such link"));
+}
+
 TEST_F(LinkRegistersTest, CopiedKnowTheBitsOfAWord)
 {
     setWords(1, Table::HoldingRegisters, 10, {0x00F0});
