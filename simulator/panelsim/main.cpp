@@ -25,6 +25,7 @@ const Command commands[] = {
     {"lookup", "show the index of a register as its driver counts it", runLookup},
     {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
     {"macro", "show what becomes of a project's macros, and run them", runMacro},
+    {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
     {"serve", "run the bottling line's PLC for other programs", runServe},
     {"show", "show the values of a project's items", runShow},
 };
