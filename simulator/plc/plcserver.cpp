@@ -389,27 +389,4 @@ bool PlcServer::waitUntil(const std::function<bool(const PlcCounters &)> &condit
     return d->changed.wait_for(lock, timeout, [&] { return condition(d->counters); });
 }
 
-std::uint64_t PlcCounters::requestCount() const
-{
-    std::uint64_t sum = 0;
-    for (const auto &[key, count] : requests)
-        sum += count;
-    return sum;
-}
-
-std::uint64_t PlcCounters::requestCount(int unit) const
-{
-    std::uint64_t sum = 0;
-    for (const auto &[key, count] : requests)
-        if (key.first == unit)
-            sum += count;
-    return sum;
-}
-
-std::uint64_t PlcCounters::requestCount(int unit, int function) const
-{
-    const auto found = requests.find({unit, function});
-    return found == requests.end() ? 0 : found->second;
-}
-
 } // namespace panelkit::simulator

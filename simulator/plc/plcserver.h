@@ -1,16 +1,15 @@
 // A Modbus TCP server whose faults can be switched on by name.
 #pragma once
 
+#include "simulator/plc/plccounters.h"
 #include "simulator/plc/plcfault.h"
 #include "simulator/plc/plcmemory.h"
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
-#include <utility>
 
 namespace panelkit::simulator {
 
@@ -22,19 +21,6 @@ struct PlcRequest
     int function = 0;
     int index = 0; // counted from 0
     int count = 1; // registers or bits; 1 for the functions that write a single one
-};
-
-// What has happened since the start.
-struct PlcCounters
-{
-    std::map<std::pair<int, int>, std::uint64_t> requests; // taken, by unit and function
-    std::uint64_t faultyAnswers = 0;                       // requests that met a fault
-    std::uint64_t connections = 0;                         // taken
-    int openConnections = 0;                               // now
-
-    std::uint64_t requestCount() const;
-    std::uint64_t requestCount(int unit) const;
-    std::uint64_t requestCount(int unit, int function) const;
 };
 
 // Serves the units of a memory from construction to destruction, in a thread of its own, to up to 64 clients

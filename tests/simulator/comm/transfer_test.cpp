@@ -164,19 +164,21 @@ TEST_F(TransferTest, GivesUpAWriteThatWaitedBehindOthersForTheWholeTimeOut)
     Communication comm({link});
     comm.watchAddress(address(1, 1, "4x", 0), 1);
     ASSERT_TRUE(waitForRequests(1));
-    LinkValue shorter = link.value;
-    shorter.timeout = 50;
-    ASSERT_TRUE(comm.updateLink(shorter));
+    LinkValue changed = link.value;
+    changed.timeout = 50;
+    ASSERT_TRUE(comm.updateLink(changed));
     EXPECT_EQ(writeWords(comm, address(1, 1, "4x", 0), {1}), TransferStatus::NotSent);
-    // It is not sent later either: the link goes on with the next write.
-    shorter.timeout = 20'000;
-    ASSERT_TRUE(comm.updateLink(shorter));
+
+    // It is not sent later either, when the link goes on with another PLC.
+    PlcMemory otherMemory({1}, 100);
+    PlcServer other(otherMemory);
+    changed.timeout = 20'000;
+    changed.port = other.port();
+    ASSERT_TRUE(comm.updateLink(changed));
     setFault(PlcFault::Gone); // which ends the request under way
-    server.clearFault();
-    while (writeWords(comm, address(1, 1, "4x", 1), {2}) != TransferStatus::Done)
-        continue;
-    EXPECT_EQ(memory.value(1, Table::HoldingRegisters, 1), 2);
-    EXPECT_EQ(memory.value(1, Table::HoldingRegisters, 0), 0);
+    EXPECT_EQ(writeWords(comm, address(1, 1, "4x", 1), {2}), TransferStatus::Done);
+    EXPECT_EQ(otherMemory.value(1, Table::HoldingRegisters, 1), 2);
+    EXPECT_EQ(otherMemory.value(1, Table::HoldingRegisters, 0), 0);
 }
 
 TEST_F(TransferTest, SaysAtOnceThatThePlcIsAway)
