@@ -51,6 +51,27 @@ TEST_F(UpdateTest, UsesNewParametersFromTheMomentTheyAreSet)
     ASSERT_TRUE(server.waitUntil([](const PlcCounters &c) { return c.openConnections == 0; }, eventually));
 }
 
+TEST_F(UpdateTest, MovesALinkAwayFromTheGivenPlcOnlyWithItsAddress)
+{
+    otherMemory.setValue(1, Table::HoldingRegisters, 0, 202);
+    CommunicationOptions options = briefPauses();
+    options.plcHost = QStringLiteral("127.0.0.1");
+    options.plcPort = server.port();
+    link.value.port = 0;
+    Communication comm({link}, options);
+    ASSERT_EQ(readWord(comm, reg), 101);
+
+    LinkValue changed = link.value;
+    changed.interval = 7;
+    ASSERT_TRUE(comm.updateLink(changed));
+    ASSERT_TRUE(waitForFreshValues(comm));
+    EXPECT_EQ(readWord(comm, reg), 101);
+    changed.port = other.port();
+    ASSERT_TRUE(comm.updateLink(changed));
+    ASSERT_TRUE(waitForFreshValues(comm));
+    EXPECT_EQ(readWord(comm, reg), 202);
+}
+
 TEST_F(UpdateTest, TakesTheFormerPlcsValuesAway)
 {
     link.value.interval = 3'600'000;
