@@ -61,14 +61,12 @@ void LinkWorker::setParameters(const LinkParameters &parameters)
 bool LinkWorker::readLatest(const ModbusSpan &span, void *words)
 {
     Lock lock(m_mutex);
-    const Watch *watch = &watched(span.range);
-    if (watch->value == Watch::Value::Pending) {
-        waitForFirstValue(lock, span.range);
-        watch = &watched(span.range);
-    }
-    if (watch->value != Watch::Value::Fresh)
+    Watch &watch = watched(span.range);
+    if (watch.value == Watch::Value::Pending)
+        waitForFirstValue(lock, watch);
+    if (watch.value != Watch::Value::Fresh)
         return false;
-    unpackWords(span, watch->registers.data(), words);
+    unpackWords(span, watch.registers.data(), words);
     return true;
 }
 
@@ -96,16 +94,15 @@ Watch &LinkWorker::watched(const RegisterRange &range)
     return *watch;
 }
 
-void LinkWorker::waitForFirstValue(Lock &lock, const RegisterRange &range)
+void LinkWorker::waitForFirstValue(Lock &lock, Watch &watch)
 {
     const auto start = Clock::now();
     const auto earned = std::chrono::floor<std::chrono::milliseconds>(start - m_patienceTaken);
     m_patience = std::min(m_patience + earned, m_newParameters.timeout);
     m_patienceTaken = start;
-    m_changed.wait_for(lock, m_patience, [&] {
-        const Watch *watch = m_watches.find(range);
-        return watch == nullptr || watch->value != Watch::Value::Pending;
-    });
+    ++watch.waiting;
+    m_changed.wait_for(lock, m_patience, [&] { return watch.value != Watch::Value::Pending; });
+    --watch.waiting;
     const auto end = Clock::now();
     m_patience -= std::min(m_patience, std::chrono::ceil<std::chrono::milliseconds>(end - start));
     m_patienceTaken = end;

@@ -76,7 +76,7 @@ private:
 
     // For callers, with the lock held.
     Watch &watched(const RegisterRange &range);
-    void waitForFirstValue(Lock &lock, const RegisterRange &range);
+    void waitForFirstValue(Lock &lock, Watch &watch);
     LinkState currentState() const;
 
     TransferResult carryOut(const std::shared_ptr<Job> &job);

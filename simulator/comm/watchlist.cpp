@@ -55,7 +55,7 @@ std::set<int> WatchList::startRound(Watch::Time now, std::chrono::milliseconds f
     std::set<int> units;
     for (auto entry = m_watches.begin(); entry != m_watches.end();) {
         Watch &watch = entry->second;
-        if (watch.wasRead)
+        if (watch.wasRead || watch.waiting > 0)
             watch.lastRead = now;
         if (now - watch.lastRead > forgetAfter) {
             entry = m_watches.erase(entry);

@@ -30,6 +30,7 @@ struct Watch
     bool isDue = true;    // to be asked for as soon as may be
     bool isAlone = false; // was refused together with others
     bool wasRead = true;  // by a caller, since the last round began
+    int waiting = 0;      // callers that wait for the first value; it is not dropped meanwhile
     Time lastRead;        // the begin of the last round that saw it read
 };
 

@@ -91,6 +91,18 @@ TEST_F(WatchListTest, DropsWhatNobodyHasReadForLong)
     EXPECT_TRUE(list.isEmpty());
 }
 
+TEST_F(WatchListTest, KeepsWhatACallerWaitsFor)
+{
+    Watch &watch = add(1, 0);
+    watch.wasRead = false;
+    watch.waiting = 1;
+    list.startRound(start + 1h, 10s);
+    ASSERT_EQ(list.find({1, holdings, 0, 2}), &watch);
+    watch.waiting = 0;
+    list.startRound(start + 1h + 10001ms, 10s);
+    EXPECT_TRUE(list.isEmpty());
+}
+
 TEST_F(WatchListTest, MakesDueWhatSharesARegister)
 {
     Watch &before = add(1, 0, Watch::Value::Fresh, false);
