@@ -1,5 +1,7 @@
 #include "simulator/panelsim/commandline.h"
 
+#include "simulator/comm/communication.h"
+
 #include <cstdio>
 
 namespace panelkit::simulator {
@@ -96,6 +98,17 @@ std::unique_ptr<Session> openSession(const SessionOptions &options, ExitCode &ex
         exitCode = ExitCode::Failed;
     }
     return session;
+}
+
+ExitCode doneIfEveryPlcAnswers(const Session &session)
+{
+    const Communication &comm = session.communication();
+    for (const int number : comm.linkNumbers()) {
+        const LinkCondition condition = comm.linkState(number).condition;
+        if (condition == LinkCondition::Away || condition == LinkCondition::Disturbed)
+            return ExitCode::NoAnswer;
+    }
+    return ExitCode::Done;
 }
 
 void sayWhatIsKept(const QCommandLineParser &parser)

@@ -40,6 +40,9 @@ void addSessionOptions(QCommandLineParser &parser);
 std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode &exitCode);
 std::unique_ptr<Session> openSession(const SessionOptions &options, ExitCode &exitCode);
 
+// Done, or NoAnswer when the PLC of a link of the session did not answer.
+ExitCode doneIfEveryPlcAnswers(const Session &session);
+
 // Says below which root lies what a command has set, or that it is not kept.
 void sayWhatIsKept(const QCommandLineParser &parser);
 

@@ -3,23 +3,38 @@
 #include "simulator/panelsim/commandline.h"
 #include "simulator/panelsim/commands.h"
 
-#include <QCoreApplication>
+#include <QFile>
+#include <QFont>
+#include <QGuiApplication>
+#include <QTemporaryDir>
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
 
 using namespace panelkit::simulator;
 
 namespace {
+
+// What a command needs of the toolkit.
+enum class Application
+{
+    Console,
+    Drawing // text drawn into files, which takes fonts but no screen
+};
 
 struct Command
 {
     const char *name;
     const char *summary;
     ExitCode (*run)(const QStringList &arguments);
+    Application application = Application::Console;
 };
 
 const Command commands[] = {
     {"check", "check an address, all of a project, or its drivers", runCheck},
+    {"encoding", "tell the encoding of text files", runEncoding},
+    {"export", "export a project's values, or a table, to CSV or PDF", runExport, Application::Drawing},
     {"info", "show the panel's load, memory, disk and kind", runInfo},
     {"link-params", "show or set the parameters of a link, as a screen does", runLinkParams},
     {"lookup", "show the index of a register as its driver counts it", runLookup},
@@ -44,11 +59,36 @@ void printHelp(FILE *stream)
                stream);
 }
 
+const Command *commandNamed(const char *name)
+{
+    for (const Command &command : commands)
+        if (std::strcmp(name, command.name) == 0)
+            return &command;
+    return nullptr;
+}
+
+std::unique_ptr<QCoreApplication> makeApplication(const Command *command, int &argc, char **argv)
+{
+    if (command == nullptr || command->application == Application::Console)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) { // the toolkit complains where there is none
+        static const QTemporaryDir folder;
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
+    }
+    auto application = std::make_unique<QGuiApplication>(argc, argv);
+    // Where this machine lacks the panel's font, one that like it has letters half as wide as Chinese
+    // characters.
+    QFont::insertSubstitution(QStringLiteral("SimSun"), QStringLiteral("WenQuanYi Micro Hei Mono"));
+    return application;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    const Command *const command = argc > 1 ? commandNamed(argv[1]) : nullptr;
+    const auto application = makeApplication(command, argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("panelsim"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PANELKIT_VERSION));
 
@@ -66,9 +106,8 @@ int main(int argc, char **argv)
         printHelp(stderr);
         return static_cast<int>(ExitCode::WrongUse);
     }
-    for (const Command &command : commands)
-        if (name == QLatin1String(command.name))
-            return static_cast<int>(command.run(arguments.mid(1)));
+    if (command != nullptr)
+        return static_cast<int>(command->run(arguments.mid(1)));
     complain(QStringLiteral("there is no command '%1': 'panelsim --help' lists them").arg(name));
     return static_cast<int>(ExitCode::WrongUse);
 }

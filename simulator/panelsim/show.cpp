@@ -106,16 +106,6 @@ void printSnapshot(const Session &session, bool asJson, bool onOneLine)
     print(items + QLatin1Char('\n') + linkTable(session.communication()));
 }
 
-bool everyPlcAnswers(const Communication &comm)
-{
-    for (const int number : comm.linkNumbers()) {
-        const LinkCondition condition = comm.linkState(number).condition;
-        if (condition == LinkCondition::Away || condition == LinkCondition::Disturbed)
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
 ExitCode runShow(const QStringList &arguments)
@@ -144,7 +134,7 @@ ExitCode runShow(const QStringList &arguments)
         });
     else
         printSnapshot(*session, asJson, false);
-    return everyPlcAnswers(session->communication()) ? ExitCode::Done : ExitCode::NoAnswer;
+    return doneIfEveryPlcAnswers(*session);
 }
 
 } // namespace panelkit::simulator

@@ -1,6 +1,5 @@
-#include "simulator/plc/bottlingline.h"
-#include "simulator/plc/plcserver.h"
 #include "tests/simulator/panelsim/program.h"
+#include "tests/simulator/panelsim/stillplc.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,16 +22,6 @@ using namespace panelkit::testing;
 using ::testing::HasSubstr;
 
 namespace {
-
-// A PLC whose registers stand still, so that every text is known.
-struct StillPlc
-{
-    PlcMemory memory{BottlingLine::units(), BottlingLine::registersPerTable};
-    BottlingLine line{memory};
-    PlcServer server{memory};
-
-    QString address() const { return QStringLiteral("127.0.0.1:%1").arg(server.port()); }
-};
 
 // The words of an item's line, with runs of blanks as one.
 QString lineOf(const ProgramRun &run, const char *item)

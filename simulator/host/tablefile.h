@@ -1,0 +1,33 @@
+// Tables on their way into files: what a project's items show, or what a CSV file holds.
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace panelkit::simulator {
+
+class Session;
+
+struct Table
+{
+    QStringList header; // lines, each a list of titles separated by commas
+    QList<QStringList> rows;
+};
+
+// A row for each item of the session's project: time, name, address and the text on the screen.
+Table itemTable(const Session &session, const QDateTime &time);
+
+// The table of a CSV file in any encoding that is recognised, its first line being the header. Nothing, with
+// one line in `error`, when the file cannot be read.
+std::optional<Table> readTable(const QString &path, QString &error);
+
+// Export a table with the library, which reports nothing, and look at the file. False, with one line in
+// `error`, when it cannot be written, or not whole.
+bool exportCsv(const Table &table, const QString &path, bool append, QString &error);
+bool exportPdf(const Table &table, const QString &path, QString &error); // takes a QGuiApplication
+
+} // namespace panelkit::simulator
