@@ -9,7 +9,8 @@ if(PANELKIT_PLATFORM STREQUAL "simulator")
   list(APPEND PANELKIT_INSTALLED_TARGETS ${PANELKIT_PLATFORM_LIBRARIES})
 endif()
 if(TARGET panelsim)
-  list(APPEND PANELKIT_INSTALLED_TARGETS panelsim)
+  set(PANELKIT_SAMPLE_DRIVERS driver_ByteAddressed driver_Modbus)
+  list(APPEND PANELKIT_INSTALLED_TARGETS panelsim ${PANELKIT_SAMPLE_DRIVERS})
 endif()
 
 target_sources(panelkit PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}"
@@ -25,6 +26,7 @@ endif()
 
 if(TARGET panelsim)
   install(TARGETS panelsim)
+  install(TARGETS ${PANELKIT_SAMPLE_DRIVERS} DESTINATION "${CMAKE_INSTALL_LIBDIR}/panelkit/drivers")
 endif()
 
 set(panelkit_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/panelkit")

@@ -4,7 +4,8 @@ find_package(GTest REQUIRED)
 find_package(Qt${PANELKIT_QT} REQUIRED COMPONENTS Test)
 include(GoogleTest)
 
-# panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [LIBRARIES <target>...])
+# panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [THREADS]
+#                   [LIBRARIES <target>...])
 #
 # LINK says what of the library the program gets: its objects (the default, which lets a test reach internal
 # code), the shared library as a caller has it, or nothing. Never both: process-wide state would exist twice.
@@ -12,8 +13,10 @@ include(GoogleTest)
 # simulated input, and the label "gui". It runs on the offscreen platform unless the environment names another: for a
 # real X server's behaviour QT_QPA_PLATFORM=xcb xvfb-run -s -noreset ctest -L gui (a server that resets itself turns
 # clients away)
+#
+# THREADS gives the label "threads": what ThreadSanitizer is to look at.
 function(panelkit_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "LINK" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "GUI;THREADS" "LINK" "SOURCES;LIBRARIES")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "panelkit_add_test does not know ${arg_UNPARSED_ARGUMENTS}")
   endif()
@@ -39,6 +42,9 @@ function(panelkit_add_test name)
     target_compile_definitions(${name} PRIVATE
       PANELKIT_TEST_FONTS="${PROJECT_SOURCE_DIR}/tests/support/fonts.conf")
     set(labels LABELS gui)
+  endif()
+  if(arg_THREADS)
+    set(labels LABELS threads)
   endif()
   # A case that hangs is a failure of its own and must not take the run with it.
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ${labels})

@@ -13,6 +13,10 @@ case $shown in
     exit 1
     ;;
 esac
+checked=$(env -u LD_LIBRARY_PATH "$moved/bin/panelsim" check --all) || {
+    echo "$checked"
+    exit 1
+}
 for library in panelkit hmi_event device_struct sys_base; do
     used=$(ldd "$moved/bin/panelsim" "$moved/lib/libpanelkit.so" 2> /dev/null | awk -v name="lib$library.so" 'index($1, name) == 1 { print $3; exit }')
     case $used in
