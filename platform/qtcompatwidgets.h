@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QMouseEvent>
+#include <QStyleOption>
 #include <QWidget>
 
 #if QT_VERSION >= 0x050000
@@ -10,6 +11,13 @@
 #endif
 
 namespace panelkit {
+
+// All that an item view tells of an item: in 4.8 the plain option is only the first part of it.
+#if QT_VERSION >= 0x050000
+typedef QStyleOptionViewItem ItemViewOption;
+#else
+typedef QStyleOptionViewItemV4 ItemViewOption;
+#endif
 
 // Where a mouse event happened, in its receiver; 6 has renamed it.
 inline QPoint positionOf(const QMouseEvent *event)

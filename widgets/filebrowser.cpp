@@ -4,12 +4,32 @@
 #include "widgets/folderlisting.h"
 #include "widgets/panelscreen.h"
 
+#include <QAbstractItemModel>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
 #include <QListWidget>
 
 using namespace panelkit;
+
+namespace {
+
+// Each insertion is announced to the view and its selection, which makes half of the work. Here the list is
+// empty and nothing in it is selected: the view lays out all rows anew whatever it is told, and once is
+// enough.
+void fill(QListWidget *emptyList, const QList<FolderEntry *> &entries)
+{
+    QAbstractItemModel *const model = emptyList->model();
+    const bool blocked = model->blockSignals(true);
+    for (int row = 0; row < entries.size(); ++row) {
+        if (row == entries.size() - 1)
+            model->blockSignals(blocked);
+        emptyList->addItem(entries.at(row));
+    }
+    model->blockSignals(blocked);
+}
+
+} // namespace
 
 FileBrowser::FileBrowser(QWidget *parent)
     : QGraphicsView(parent),
@@ -87,11 +107,8 @@ void FileBrowser::showDir(QString const &path)
         m_currentPath.clear();
         return;
     }
-    if (m_broType == FileBro_SingleFile || m_broType == FileBro_MultiFile || m_broType == FileBro_Folder) {
-        const QList<FolderEntry *> entries = folderEntries(path, m_broType != FileBro_Folder, m_extensions);
-        for (FolderEntry *entry : entries)
-            list->addItem(entry);
-    }
+    if (m_broType == FileBro_SingleFile || m_broType == FileBro_MultiFile || m_broType == FileBro_Folder)
+        fill(list, folderEntries(path, m_broType != FileBro_Folder, m_extensions));
     m_currentPath = QDir::cleanPath(path);
 }
 

@@ -1,5 +1,6 @@
 #include "widgets/filebrowserform.h"
 
+#include "platform/qtcompatwidgets.h"
 #include "widgets/folderlisting.h"
 #include "widgets/touch.h"
 
@@ -37,7 +38,7 @@ public:
         const bool selected = option.state & QStyle::State_Selected;
         if (selected)
             painter->fillRect(option.rect, option.palette.highlight());
-        QStyleOptionViewItem name = option;
+        ItemViewOption name = option;
         name.rect.setRight(option.rect.right() - fingerHeight / 2);
         TouchRowDelegate::paint(painter, name, index);
 

@@ -1,8 +1,10 @@
 // The entries of a folder as items of the file browser's list.
 #pragma once
 
+#include <QExplicitlySharedDataPointer>
 #include <QList>
 #include <QListWidgetItem>
+#include <QSharedData>
 #include <QString>
 
 namespace panelkit {
@@ -11,29 +13,33 @@ namespace panelkit {
 const int pathRole = 33;
 const int folderRole = 34;
 
-// An entry keeps its name and shares the folder's path with its neighbours: a full path in every item would
-// cost more than all the rest of it. What is set with setData goes before.
+// What the entries of a folder share.
+struct FolderNames : QSharedData
+{
+    QString path;  // of the folder, with a "/" at its end
+    QString names; // of all entries, one behind the other
+};
+
+// An entry knows its place among the names: texts of its own, and the full path in every item, would cost more
+// than all the rest of it. What is set with setData goes before.
 class FolderEntry : public QListWidgetItem
 {
 public:
-    // `folderPath` ends in "/".
-    FolderEntry(const QString &folderPath, const QString &name, bool isFolder);
+    FolderEntry(const QExplicitlySharedDataPointer<FolderNames> &folder, int first, int length, bool isFolder);
     QVariant data(int role) const override;
     QListWidgetItem *clone() const override;
 
-    // Folders come first, then the names count, with their case.
-    static bool comesBefore(const FolderEntry *a, const FolderEntry *b);
-
 private:
-    QString m_folderPath;
-    QString m_name;
+    QExplicitlySharedDataPointer<FolderNames> m_folder;
+    int m_first;
+    int m_length;
     bool m_isFolder;
 };
 
-// The folders in `path`, and with `withFiles` the files whose suffix is among `extensions` (an empty list
-// means all): what QDir::entryInfoList gives for QDir::Dirs, QDir::Files, QDir::NoSymLinks and
-// QDir::NoDotAndDotDot, sorted by QDir::Name and QDir::DirsFirst. Empty for a folder that cannot be read. The
-// items belong to the caller.
+// The folders in `path`, and with `withFiles` the files whose suffix is among `extensions` (an empty list means
+// all): what QDir::entryInfoList gives for QDir::Dirs, QDir::Files, QDir::NoSymLinks and QDir::NoDotAndDotDot,
+// sorted by QDir::Name and QDir::DirsFirst. Empty for a folder that cannot be read. The items belong to the
+// caller.
 QList<FolderEntry *> folderEntries(const QString &path, bool withFiles, const QList<QString> &extensions);
 
 } // namespace panelkit

@@ -205,3 +205,20 @@ TEST_P(FileBrowserOnScreen, NamesEveryControlForAScreenReader)
         EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty()) << control->objectName().toStdString();
     }
 }
+
+TEST_P(FileBrowserOnScreen, TellsAScreenReaderOfEveryEntry)
+{
+    QAccessible::setActive(true);
+    makeFolder(QStringLiteral("data"));
+    makeFile(QStringLiteral("a.csv"));
+    makeFile(QStringLiteral("b.csv"));
+    browse(FileBro_SingleFile);
+    show(browser);
+    browser.showDir(path(QStringLiteral("data")));
+    browser.showDir(root());
+    QAccessibleInterface *const entries = QAccessible::queryAccessibleInterface(list);
+    ASSERT_EQ(entries->childCount(), 3);
+    EXPECT_EQ(entries->child(0)->text(QAccessible::Name), QStringLiteral("data"));
+    EXPECT_EQ(entries->child(2)->text(QAccessible::Name), QStringLiteral("b.csv"));
+    QAccessible::setActive(false);
+}
