@@ -61,20 +61,13 @@ bool perform(LuaRun &run, const Arguments &arguments, const MacroValue *written,
     return run.perform(std::move(access));
 }
 
-// Ends the run when the access took it beyond its time, and raises the error when it failed.
-void finishAccess(lua_State *state, LuaRun &run, bool isDone)
-{
-    run.checkTime(state);
-    if (!isDone)
-        luaL_error(state, "%s", run.failure());
-}
-
 int getData(lua_State *state)
 {
     LuaRun &run = LuaRun::of(state);
     run.charge(state, instructionsAnAccess);
     const Arguments arguments = checkArguments(state, 6);
-    finishAccess(state, run, perform(run, arguments, nullptr, run.currentLine(state)));
+    if (!perform(run, arguments, nullptr, run.currentLine(state)))
+        return luaL_error(state, "%s", run.failure());
     const MacroValue &value = *run.lastAccess().value;
     if (const auto *whole = std::get_if<qint64>(&value))
         lua_pushinteger(state, *whole);
@@ -100,7 +93,8 @@ int setData(lua_State *state)
     run.charge(state, instructionsAnAccess);
     const Arguments arguments = checkArguments(state, 7);
     const MacroValue value = checkValue(state, 6);
-    finishAccess(state, run, perform(run, arguments, &value, run.currentLine(state)));
+    if (!perform(run, arguments, &value, run.currentLine(state)))
+        return luaL_error(state, "%s", run.failure());
     return 0;
 }
 

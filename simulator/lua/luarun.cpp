@@ -177,11 +177,6 @@ void LuaRun::charge(lua_State *state, qint64 instructions)
     if (all < m_nextTimeCheck)
         return;
     m_nextTimeCheck = all + instructionsATimeCheck;
-    checkTime(state);
-}
-
-void LuaRun::checkTime(lua_State *state)
-{
     if (m_clock() > m_deadline)
         stop(state, MacroOutcome::TooMuchTime);
 }

@@ -37,9 +37,6 @@ public:
     // Counts work, and ends the run when a bound is reached.
     void charge(lua_State *state, qint64 instructions);
 
-    // Ends the run when its time is over.
-    void checkTime(lua_State *state);
-
     // The line of the macro's text that is being run; 0 when none is.
     int currentLine(lua_State *state) const;
 

@@ -82,6 +82,16 @@ TEST_F(LinkRegistersTest, TakeTheMacrosStationOnLinksOfManyAlone)
     EXPECT_EQ(read(registers, at("PLC2", "4x", 0, 2)), Words{22});
 }
 
+TEST_F(LinkRegistersTest, CopiedAreTheSameWhateverStationIsNamedOnALinkOfOne)
+{
+    CopiedRegisters registers(*comm);
+    write(registers, at("PLC1", "4x", 0, 9), {5});
+    EXPECT_EQ(read(registers, at("PLC1", "4x", 0, 1)), Words{5});
+    write(registers, at("PLC2", "4x", 0, 2), {6});
+    EXPECT_EQ(read(registers, at("PLC2", "4x", 0, 1)), Words{0});
+    EXPECT_EQ(read(registers, at("PLC2", "4x", 0, 2)), Words{6});
+}
+
 TEST_F(LinkRegistersTest, SayWhatCannotBeReachedAndWhy)
 {
     LinkRegisters links(*comm);
