@@ -1,5 +1,5 @@
-// Tables as files: a CSV text file in GBK, or a PDF of fixed-width text columns; and the parts of one
-// exported record.
+// Tables as files, a CSV text file in GBK or a PDF of fixed-width text columns, and the parts of one exported
+// record. How the files are laid out stands in docs/formats/table-export.md.
 #pragma once
 
 #include "platform/export.h"
