@@ -161,6 +161,7 @@ address_check::~address_check()
     }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 int address_check::checkAddress(const QString &linkName, QString block, const QString &number, object *target,
                                 int addrType, int length, int driverArg)
 {
@@ -214,6 +215,7 @@ int address_check::loaclCheckAddress(object *target, const QString &block, const
         .code;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 int address_check::externalCheckAddress(const linkInfo_t &link, object *target, QString block, QString number,
                                         int addrType, int length, int driverArg, int station)
 {

@@ -96,6 +96,7 @@ AddressIndexOrigin tools_explainAddrIndex(const QString &linkName, const QString
     return origin;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 int tools_getAddrIndexFromDriverName(QString linkName, QString regName, QString addrText,
                                      bool useProjectLinks)
 {

@@ -110,7 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static Panel panel;
     const QString input = QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const QStringList lines = input.split(QLatin1Char('\n'));
-    const QString block = lines.at(0);
+    const QString &block = lines.at(0);
     const QString number = lines.value(1);
     const QString linkName = lines.value(2, text("1"));
     const int addrType = lines.value(3) == text("b") ? -1 : 0;
