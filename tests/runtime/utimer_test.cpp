@@ -131,7 +131,8 @@ TEST(UTimer, WithCountZeroRunsOnlyWhenToldToRunNow)
     int runs = 0;
     UTimer timer(countRun, &runs, 100, 0, false);
     timer.Start();
-    EXPECT_EQ(tick(timer, 100), 0);
+    EXPECT_EQ(tick(timer, 40), 4);
+    EXPECT_EQ(tick(timer, 60), 0);
     EXPECT_EQ(runs, 0);
     EXPECT_EQ(tick(timer, 99), 4) << "the due tick reloads the countdown";
     EXPECT_EQ(timer.doTaskNow(), 0);
