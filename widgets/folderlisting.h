@@ -20,12 +20,13 @@ struct FolderNames : QSharedData
     QString names; // of all entries, one behind the other
 };
 
-// An entry knows its place among the names: texts of its own, and the full path in every item, would cost more
-// than all the rest of it. What is set with setData goes before.
+// An entry knows its place among the names: texts of its own, and the full path in every item, would cost
+// more than all the rest of it. What is set with setData goes before.
 class FolderEntry : public QListWidgetItem
 {
 public:
-    FolderEntry(const QExplicitlySharedDataPointer<FolderNames> &folder, int first, int length, bool isFolder);
+    FolderEntry(const QExplicitlySharedDataPointer<FolderNames> &folder, int first, int length,
+                bool isFolder);
     QVariant data(int role) const override;
     QListWidgetItem *clone() const override;
 
@@ -36,10 +37,10 @@ private:
     bool m_isFolder;
 };
 
-// The folders in `path`, and with `withFiles` the files whose suffix is among `extensions` (an empty list means
-// all): what QDir::entryInfoList gives for QDir::Dirs, QDir::Files, QDir::NoSymLinks and QDir::NoDotAndDotDot,
-// sorted by QDir::Name and QDir::DirsFirst. Empty for a folder that cannot be read. The items belong to the
-// caller.
+// The folders in `path`, and with `withFiles` the files whose suffix is among `extensions` (an empty list
+// means all): what QDir::entryInfoList gives for QDir::Dirs, QDir::Files, QDir::NoSymLinks and
+// QDir::NoDotAndDotDot, sorted by QDir::Name and QDir::DirsFirst. Empty for a folder that cannot be read. The
+// items belong to the caller.
 QList<FolderEntry *> folderEntries(const QString &path, bool withFiles, const QList<QString> &extensions);
 
 } // namespace panelkit
