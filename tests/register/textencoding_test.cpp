@@ -422,7 +422,8 @@ TEST_F(FileEncoding, OfALargeFileIsToldWithoutAnAllocationABlock)
         FileCharacterEncoding(path());
         return counter.count();
     };
-    EXPECT_EQ(allocationsFor(100), allocationsFor(100000));
+    // 1.8 MB are 28 blocks; the toolkit may take a few allocations to open a larger file, but none a block.
+    EXPECT_LT(allocationsFor(100000) - allocationsFor(100), 10);
 }
 
 TEST_F(FileEncoding, OfAFileThatIsNoUtf8IsToldByItsFirstBlock)
