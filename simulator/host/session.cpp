@@ -132,6 +132,10 @@ std::unique_ptr<Session> Session::open(const SessionOptions &options, QString &e
                                                 parts.files->path(QLatin1String(linkSettingsPath)));
     parts.flags->loadLinks();
 
+    if (!options.screen.isEmpty()) {
+        parts.project.screenWidth = options.screen.width();
+        parts.project.screenHeight = options.screen.height();
+    }
     parts.record.screenWidth = parts.project.screenWidth;
     parts.record.screenHeight = parts.project.screenHeight;
     parts.record.comm = parts.communication.get();

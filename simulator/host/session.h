@@ -5,6 +5,7 @@
 #include "platform/device_struct.h"
 #include "simulator/project/project.h"
 
+#include <QSize>
 #include <QString>
 
 #include <memory>
@@ -29,6 +30,7 @@ struct SessionOptions
     QString projectFile;           // empty: the sample
     std::optional<PlcAddress> plc; // nothing: a bottling line is started on a free loopback port
     QString root;                  // the system root, made when missing; empty: a temporary folder
+    QSize screen;                  // of the panel, in pixels; empty: the project's
     bool runCommands = false;      // hands the library's shell commands to this machine's shell
 };
 

@@ -13,8 +13,8 @@ ExitCode runExport(const QStringList &arguments);
 ExitCode runInfo(const QStringList &arguments);
 ExitCode runLinkParams(const QStringList &arguments);
 ExitCode runLookup(const QStringList &arguments);
-ExitCode runNetwork(const QStringList &arguments);
 ExitCode runMacro(const QStringList &arguments);
+ExitCode runNetwork(const QStringList &arguments);
 ExitCode runServe(const QStringList &arguments);
 ExitCode runShow(const QStringList &arguments);
 

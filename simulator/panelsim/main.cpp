@@ -38,7 +38,6 @@ const Command commands[] = {
     {"info", "show the panel's load, memory, disk and kind", runInfo},
     {"link-params", "show or set the parameters of a link, as a screen does", runLinkParams},
     {"lookup", "show the index of a register as its driver counts it", runLookup},
-    {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
     {"macro", "show what becomes of a project's macros, and run them", runMacro},
     {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
     {"serve", "run the bottling line's PLC for other programs", runServe},

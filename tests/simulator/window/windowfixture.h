@@ -1,0 +1,82 @@
+// A session of the sample project on a real PLC of its own, and the finger that touches its screen.
+#pragma once
+
+#include "simulator/host/session.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QWidget>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <ostream>
+#include <string>
+
+namespace panelkit::testing {
+
+struct Screen
+{
+    int width;
+    int height;
+};
+
+inline std::ostream &operator<<(std::ostream &out, const Screen &screen)
+{
+    return out << screen.width << "x" << screen.height;
+}
+
+// Waits for what the screen or the PLC will show; generous, since it only fails when it never comes.
+#define WAIT_FOR(condition) ASSERT_TRUE(QTest::qWaitFor([&] { return (condition); }, 20000)) << #condition
+
+class WindowFixture : public ::testing::Test
+{
+protected:
+    explicit WindowFixture(const Screen &screen = {480, 272})
+    {
+        simulator::SessionOptions options;
+        options.screen = QSize(screen.width, screen.height);
+        session = simulator::Session::open(options, error);
+    }
+
+    void SetUp() override { ASSERT_TRUE(session) << error.toStdString(); }
+
+    static void show(QWidget &window)
+    {
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    }
+
+    // The finger works on the window, as the screen's driver does: what it hits gets the events.
+    static void tap(QWidget *widget) { tap(widget, widget->rect().center()); }
+    static void tap(QWidget *widget, const QPoint &position)
+    {
+        QTest::mouseClick(widget->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                          widget->mapTo(widget->window(), position));
+    }
+
+    QString error;
+    std::unique_ptr<simulator::Session> session;
+};
+
+// The same on each of the panels' screens: TEST_P with INSTANTIATE_ON_EVERY_SCREEN.
+class WindowOnEveryScreen : public WindowFixture, public ::testing::WithParamInterface<Screen>
+{
+protected:
+    WindowOnEveryScreen() : WindowFixture(GetParam()) {}
+};
+
+inline std::string screenName(const ::testing::TestParamInfo<Screen> &info)
+{
+    return std::to_string(info.param.width) + "x" + std::to_string(info.param.height);
+}
+
+} // namespace panelkit::testing
+
+#define INSTANTIATE_ON_EVERY_SCREEN(suite)                                                                   \
+    INSTANTIATE_TEST_SUITE_P(Screen, suite,                                                                  \
+                             ::testing::Values(panelkit::testing::Screen{480, 272},                          \
+                                               panelkit::testing::Screen{272, 480},                          \
+                                               panelkit::testing::Screen{800, 480}),                         \
+                             panelkit::testing::screenName)
