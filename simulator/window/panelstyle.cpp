@@ -1,6 +1,7 @@
 #include "simulator/window/panelstyle.h"
 
 #include <QStyle>
+#include <QVariant>
 
 namespace panelkit::simulator {
 
@@ -33,7 +34,7 @@ const char *partName(Part part)
 
 void setPart(QWidget *widget, Part part)
 {
-    widget->setProperty("part", QString::fromLatin1(partName(part)));
+    widget->setProperty("part", QLatin1String(partName(part)));
     widget->style()->unpolish(widget);
     widget->style()->polish(widget);
 }
