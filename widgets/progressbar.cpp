@@ -5,9 +5,9 @@
 #include "widgets/noticefont.h"
 #include "widgets/panelscreen.h"
 #include "widgets/touch.h"
+#include "widgets/wrappinglabel.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -16,7 +16,7 @@ using namespace panelkit;
 
 ProgressBar::ProgressBar(QWidget *parent)
     : QDialog(parent),
-      m_label(new QLabel(this)),
+      m_label(new WrappingLabel(this)),
       m_progressBar(new QProgressBar(this)),
       m_maximum(0),
       m_value(0),
@@ -41,7 +41,6 @@ void ProgressBar::buildLayout()
     m_label->setText(tr("Data processing:"));
     m_label->setFont(noticeFont());
     m_label->setAlignment(Qt::AlignLeft);
-    m_label->setWordWrap(true);
 
     m_progressBar->setFont(noticeFont());
     m_progressBar->setAlignment(Qt::AlignCenter);

@@ -1,8 +1,9 @@
 #include "widgets/tipsprogressbarform.h"
 
+#include "widgets/wrappinglabel.h"
+
 #include <QCoreApplication>
 #include <QGridLayout>
-#include <QLabel>
 #include <QProgressBar>
 #include <QSpacerItem>
 
@@ -50,10 +51,9 @@ void Ui_TipsProgressBar::setupBox()
     gridLayout = new QGridLayout(widget);
     gridLayout->setObjectName(QLatin1String("gridLayout"));
 
-    title = new QLabel(widget);
+    title = new WrappingLabel(widget);
     title->setObjectName(QLatin1String("title"));
     title->setStyleSheet(noBorder);
-    title->setWordWrap(true);
     gridLayout->addWidget(title, 0, 0, 1, 1);
 
     pb_1 = new QProgressBar(widget);

@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QBoxLayout>
+#include <QImage>
 #include <QLabel>
 #include <QMetaMethod>
 #include <QProgressBar>
@@ -216,4 +217,14 @@ TEST_P(ProgressBarOnScreen, StaysAwayOnceAFingerHasHiddenIt)
     EXPECT_EQ(eventLibraryEntryCount(), 0);
     dialog.UpdateProgress(5, 10, true, QString(), false);
     EXPECT_TRUE(dialog.isVisible());
+}
+
+TEST_P(ProgressBarOnScreen, ShowsTheEndOfALongFileName)
+{
+    const QString name = QString(45, QLatin1Char('m'));
+    dialog.UpdateProgress(1, 10, true, name + QStringLiteral("1.csv"), false);
+    show(dialog);
+    const QImage one = label->grab().toImage();
+    dialog.UpdateProgress(1, 10, true, name + QStringLiteral("2.csv"), false);
+    EXPECT_NE(label->grab().toImage(), one);
 }
