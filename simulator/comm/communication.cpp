@@ -232,10 +232,10 @@ int Communication::readRegisters(int area, int address, int count, void *buffer)
     return buffer != nullptr && d->systemRegisters.read(area, address, count, buffer) ? 0 : -1;
 }
 
-void Communication::watchAddress(const RegisterValueChange &reg, int count)
+bool Communication::watchAddress(const RegisterValueChange &reg, int count)
 {
-    if (const Private::Target target = d->find(reg, count, Private::Access::Read); target.worker)
-        target.worker->watch(target.span);
+    const Private::Target target = d->find(reg, count, Private::Access::Read);
+    return !target.worker || target.worker->watch(target.span);
 }
 
 TransferResult Communication::writeAddressWords(const RegisterValueChange &reg, int count, const void *words)

@@ -73,8 +73,8 @@ public:
     int readRegisters(int area, int address, int count, void *buffer) override;
 
     // Starts to watch an address without a wait. Whoever is about to read many new ones announces them first,
-    // so that they come with few requests.
-    void watchAddress(const RegisterValueChange &reg, int count);
+    // so that they come with few requests. False as long as readAddressWords would wait for the first value.
+    bool watchAddress(const RegisterValueChange &reg, int count);
 
     // Write or read an address now. What is asked of one link is carried out in the order of the calls, and a
     // write whose answer does not come is not repeated. Up to 123 words or 1968 bits a write.

@@ -70,10 +70,10 @@ bool LinkWorker::readLatest(const ModbusSpan &span, void *words)
     return true;
 }
 
-void LinkWorker::watch(const ModbusSpan &span)
+bool LinkWorker::watch(const ModbusSpan &span)
 {
     const Lock lock(m_mutex);
-    watched(span.range);
+    return watched(span.range).value != Watch::Value::Pending;
 }
 
 // The watch of that range, marked as read. A new one is asked for at once, unless a pause is on.

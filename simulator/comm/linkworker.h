@@ -41,7 +41,7 @@ public:
     // watched is from now on, and its first value is waited for unless the station is away: all such waits
     // together take one time-out at most, and one more for each time-out that has passed since.
     bool readLatest(const ModbusSpan &span, void *words);
-    void watch(const ModbusSpan &span); // the same without a wait
+    bool watch(const ModbusSpan &span); // the same without a wait; false where readLatest would wait
 
     // Carried out in the order of the calls, before the polls that are still to come. The caller waits for
     // one time-out at most.

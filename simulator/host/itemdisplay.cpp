@@ -10,11 +10,15 @@ namespace panelkit::simulator {
 
 void watchItems(const Session &session)
 {
-    for (std::size_t i = 0; i < session.project().items.size(); ++i) {
-        RegisterValueChange address = {};
-        if (ObjectAddress2RegisterValueChange(session.itemNode(i), address))
-            session.communication().watchAddress(address, session.project().items[i].wordCount);
-    }
+    for (std::size_t i = 0; i < session.project().items.size(); ++i)
+        isDisplayedAtOnce(session, i);
+}
+
+bool isDisplayedAtOnce(const Session &session, std::size_t index)
+{
+    RegisterValueChange address = {};
+    return !ObjectAddress2RegisterValueChange(session.itemNode(index), address) ||
+           session.communication().watchAddress(address, session.project().items.at(index).wordCount);
 }
 
 ItemDisplay displayItem(const Session &session, std::size_t index)

@@ -21,6 +21,9 @@ struct ItemDisplay
 // Announces the addresses of all items to the communication interface, so that they come with few requests.
 void watchItems(const Session &session);
 
+// Whether displayItem would not wait for the PLC's first answer now. Announces the item's address.
+bool isDisplayedAtOnce(const Session &session, std::size_t index);
+
 // Goes the whole road for `session.project().items[index]`: node, address record, words, text.
 ItemDisplay displayItem(const Session &session, std::size_t index);
 

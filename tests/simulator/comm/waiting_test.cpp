@@ -77,6 +77,34 @@ TEST_F(WaitingTest, AReadOfAWatchedAddressDoesNotWaitForAnAnswerThatIsOverdue)
     EXPECT_EQ(comm.linkState(1).failures, 0U);
 }
 
+TEST_F(WaitingTest, AWatchTellsWhetherAReadWouldWait)
+{
+    setFault(PlcFault::Silent);
+    Communication comm({linkTo(server.port())});
+    const RegisterValueChange reg = address(1, 1, "4x", 0);
+    EXPECT_FALSE(comm.watchAddress(reg, 1));
+    EXPECT_FALSE(comm.watchAddress(reg, 1));
+    EXPECT_TRUE(comm.watchAddress(address(0, -1, "LW", 0), 1));
+    EXPECT_TRUE(comm.watchAddress(address(7, 1, "4x", 0), 1)) << "there is no such link";
+}
+
+TEST_F(WaitingTest, AWatchOfAnAddressThatWasReadSaysThatNothingIsWaitedFor)
+{
+    Communication comm({linkTo(server.port())});
+    const RegisterValueChange reg = address(1, 1, "4x", 0);
+    ASSERT_EQ(readWord(comm, reg), 0);
+    EXPECT_TRUE(comm.watchAddress(reg, 1));
+}
+
+TEST_F(WaitingTest, AWatchOfAPlcKnownToBeAwaySaysThatNothingIsWaitedFor)
+{
+    setFault(PlcFault::Gone);
+    Communication comm({linkTo(server.port())});
+    const RegisterValueChange reg = address(1, 1, "4x", 0);
+    EXPECT_EQ(readWord(comm, reg), std::nullopt);
+    EXPECT_TRUE(comm.watchAddress(reg, 1));
+}
+
 TEST_F(WaitingTest, AWriteWaitsNoLongerThanTheTimeOut)
 {
     setFault(PlcFault::Silent);
