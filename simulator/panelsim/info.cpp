@@ -1,83 +1,28 @@
-#include "runtime/systeminfo.h"
 #include "runtime/systemroot.h"
+#include "simulator/host/devicefigures.h"
 #include "simulator/host/panelfiles.h"
 #include "simulator/panelsim/commands.h"
 #include "simulator/panelsim/texttable.h"
 #include "simulator/panelsim/watching.h"
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
 
-#include <sys/sysinfo.h>
 #include <thread>
 
 namespace panelkit::simulator {
 
 namespace {
 
-struct Figures
-{
-    double load = 0;                 // percent
-    quint32 freeMemory = 0;          // KiB, as the panel's arithmetic has it
-    quint64 freeMemoryOfMachine = 0; // KiB
-    QString diskPath;
-    DevDiskInfo disk = {};
-    QString model;
-    bool isIotDevice = false;
-    bool isBoxDevice = false;
-    int iotVersion = 0;
-};
-
-DevDiskInfo diskSpace(const QString &path)
-{
-    return tools_get_dev_disk(QFile::encodeName(path).constData());
-}
-
-Figures takeFigures(cpu_info &processor, const QString &diskPath)
-{
-    Figures figures;
-    // The kernel corrects its counters now and then; a display keeps to what a load can be.
-    figures.load = qBound(0.0f, tools_get_cpu_info(processor), 100.0f);
-    figures.freeMemory = tools_get_dev_mem();
-    struct sysinfo memory = {};
-    if (sysinfo(&memory) == 0)
-        figures.freeMemoryOfMachine = static_cast<quint64>(memory.freeram) * memory.mem_unit / 1024;
-    figures.diskPath = diskPath;
-    figures.disk = diskSpace(diskPath);
-    const QSettings configuration(tools_systemRoot() + QStringLiteral("/usr/tesk42/config.ini"),
-                                  QSettings::IniFormat);
-    figures.model = configuration.value(QStringLiteral("MODEL")).toString();
-    figures.isIotDevice = tools_isIotDevice();
-    figures.isBoxDevice = tools_isBoxDevice();
-    figures.iotVersion = tools_iot_version();
-    return figures;
-}
-
-// Whether the panel's figure of the free memory is what is left of a larger one.
-bool isMemoryWrapped(const Figures &figures)
-{
-    const quint64 fourGibibytes = Q_UINT64_C(4) * 1024 * 1024; // in KiB
-    return figures.freeMemoryOfMachine >= fourGibibytes;
-}
-
-QString kindOf(const Figures &figures)
-{
-    if (figures.isBoxDevice)
-        return QStringLiteral("gateway box with the IoT runtime");
-    return figures.isIotDevice ? QStringLiteral("panel with the IoT runtime") : QStringLiteral("panel");
-}
-
 QString withUnit(double value, const char *unit)
 {
     return QString::number(value, 'f', 1) + QLatin1Char(' ') + QLatin1String(unit);
 }
 
-QString table(const Figures &figures)
+QString table(const DeviceFigures &figures)
 {
     const QString memoryNote =
-        isMemoryWrapped(figures)
+        figures.isMemoryWrapped()
             ? QStringLiteral("a panel counts to 4 GiB and begins again: here %1 KiB are free")
                   .arg(figures.freeMemoryOfMachine)
             : QString();
@@ -89,15 +34,15 @@ QString table(const Figures &figures)
          {QStringLiteral("  free"), withUnit(figures.disk.freeMB, "MiB")},
          {QStringLiteral("Device model"),
           figures.model.isEmpty() ? QStringLiteral("not set") : figures.model},
-         {QStringLiteral("Device kind"), kindOf(figures)},
+         {QStringLiteral("Device kind"), deviceKind(figures)},
          {QStringLiteral("IoT version"), QString::number(figures.iotVersion)}});
 }
 
-QJsonObject json(const Figures &figures)
+QJsonObject json(const DeviceFigures &figures)
 {
     return {{QStringLiteral("cpuLoadPercent"), figures.load},
             {QStringLiteral("freeMemoryKiB"), static_cast<double>(figures.freeMemory)},
-            {QStringLiteral("freeMemoryWrapped"), isMemoryWrapped(figures)},
+            {QStringLiteral("freeMemoryWrapped"), figures.isMemoryWrapped()},
             {QStringLiteral("disk"),
              QJsonObject{{QStringLiteral("path"), figures.diskPath},
                          {QStringLiteral("totalMiB"), static_cast<double>(figures.disk.totalMB)},
@@ -109,7 +54,7 @@ QJsonObject json(const Figures &figures)
             {QStringLiteral("iotVersion"), figures.iotVersion}};
 }
 
-void printFigures(const Figures &figures, bool asJson, bool onOneLine)
+void printFigures(const DeviceFigures &figures, bool asJson, bool onOneLine)
 {
     if (!asJson) {
         print(table(figures));
@@ -191,10 +136,10 @@ ExitCode runInfo(const QStringList &arguments)
     const bool asJson = parser.isSet(QStringLiteral("json"));
     if (parser.isSet(QStringLiteral("watch")))
         drawUntilInterrupt(*interval, !asJson, [&](Drawing drawing) {
-            printFigures(takeFigures(processor, diskPath), asJson, drawing == Drawing::Below);
+            printFigures(takeDeviceFigures(processor, diskPath), asJson, drawing == Drawing::Below);
         });
     else
-        printFigures(takeFigures(processor, diskPath), asJson, false);
+        printFigures(takeDeviceFigures(processor, diskPath), asJson, false);
     return ExitCode::Done;
 }
 
