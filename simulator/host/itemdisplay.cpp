@@ -34,7 +34,7 @@ ItemDisplay displayItem(const Session &session, std::size_t index)
     conversionAddr2UIText(address, item.number, &comm, display.address);
 
     display.words.resize(item.wordCount);
-    comm.readAddressWords(&address, item.wordCount, display.words.data());
+    display.isCurrent = comm.readAddressWords(&address, item.wordCount, display.words.data()) == 0;
     getValueToQString(address, item.wordCount, item.digits, item.decimals, item.type, item.view,
                       display.text);
     return display;

@@ -15,6 +15,7 @@ struct ItemDisplay
     QString address;        // as conversionAddr2UIText gives it
     QVector<quint16> words; // what the text is made of, as the communication interface holds it
     QString text;           // what the screen shows
+    bool isCurrent = false; // the words are the register's; else they are 0, for want of an answer
     int linkNumber = 0;
 };
 

@@ -72,7 +72,12 @@ void addSessionOptions(QCommandLineParser &parser)
 
 std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode &exitCode)
 {
-    SessionOptions options;
+    return openSession(parser, SessionOptions(), exitCode);
+}
+
+std::unique_ptr<Session> openSession(const QCommandLineParser &parser, SessionOptions options,
+                                     ExitCode &exitCode)
+{
     options.projectFile = parser.positionalArguments().value(0);
     options.root = parser.value(QStringLiteral("root"));
     if (parser.isSet(QStringLiteral("plc"))) {

@@ -36,8 +36,11 @@ std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &s
 void addRootOption(QCommandLineParser &parser);
 void addSessionOptions(QCommandLineParser &parser);
 
-// The session that they ask for, or nothing after a complaint; `exitCode` is then what to exit with.
+// The session that they ask for, with the rest from `options`, or nothing after a complaint; `exitCode` is
+// then what to exit with.
 std::unique_ptr<Session> openSession(const QCommandLineParser &parser, ExitCode &exitCode);
+std::unique_ptr<Session> openSession(const QCommandLineParser &parser, SessionOptions options,
+                                     ExitCode &exitCode);
 std::unique_ptr<Session> openSession(const SessionOptions &options, ExitCode &exitCode);
 
 // Done, or NoAnswer when the PLC of a link of the session did not answer.

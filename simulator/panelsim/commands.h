@@ -10,6 +10,7 @@ namespace panelkit::simulator {
 ExitCode runCheck(const QStringList &arguments);
 ExitCode runEncoding(const QStringList &arguments);
 ExitCode runExport(const QStringList &arguments);
+ExitCode runGui(const QStringList &arguments);
 ExitCode runInfo(const QStringList &arguments);
 ExitCode runLinkParams(const QStringList &arguments);
 ExitCode runLookup(const QStringList &arguments);

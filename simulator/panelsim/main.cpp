@@ -1,27 +1,15 @@
 // panelsim: a panel on a PC. The first argument names the command; each command has a file of its own here.
 
+#include "simulator/panelsim/application.h"
 #include "simulator/panelsim/commandline.h"
 #include "simulator/panelsim/commands.h"
 
-#include <QFile>
-#include <QFont>
-#include <QGuiApplication>
-#include <QTemporaryDir>
-
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 using namespace panelkit::simulator;
 
 namespace {
-
-// What a command needs of the toolkit.
-enum class Application
-{
-    Console,
-    Drawing // text drawn into files, which takes fonts but no screen
-};
 
 struct Command
 {
@@ -35,6 +23,7 @@ const Command commands[] = {
     {"check", "check an address, all of a project, or its drivers", runCheck},
     {"encoding", "tell the encoding of text files", runEncoding},
     {"export", "export a project's values, or a table, to CSV or PDF", runExport, Application::Drawing},
+    {"gui", "show the panel's screen in a window", runGui, Application::Window},
     {"info", "show the panel's load, memory, disk and kind", runInfo},
     {"link-params", "show or set the parameters of a link, as a screen does", runLinkParams},
     {"lookup", "show the index of a register as its driver counts it", runLookup},
@@ -66,28 +55,13 @@ const Command *commandNamed(const char *name)
     return nullptr;
 }
 
-std::unique_ptr<QCoreApplication> makeApplication(const Command *command, int &argc, char **argv)
-{
-    if (command == nullptr || command->application == Application::Console)
-        return std::make_unique<QCoreApplication>(argc, argv);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) { // the toolkit complains where there is none
-        static const QTemporaryDir folder;
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
-    }
-    auto application = std::make_unique<QGuiApplication>(argc, argv);
-    // Where this machine lacks the panel's font, one that like it has letters half as wide as Chinese
-    // characters.
-    QFont::insertSubstitution(QStringLiteral("SimSun"), QStringLiteral("WenQuanYi Micro Hei Mono"));
-    return application;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
 {
     const Command *const command = argc > 1 ? commandNamed(argv[1]) : nullptr;
-    const auto application = makeApplication(command, argc, argv);
+    const auto application =
+        makeApplication(command != nullptr ? command->application : Application::Console, argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("panelsim"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PANELKIT_VERSION));
 

@@ -1,0 +1,79 @@
+#include "simulator/panelsim/application.h"
+
+#include "simulator/panelsim/commandline.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFont>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace panelkit::simulator {
+
+namespace {
+
+// The toolkit ends the process when it cannot reach the display; its last words are long.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
+{
+    if (type != QtFatalMsg)
+        return;
+    complain(
+        QStringLiteral("gui: the display '%1' cannot be opened: run it in a session that has one, or give "
+                       "--screenshot FILE for a picture")
+            .arg(qEnvironmentVariable("WAYLAND_DISPLAY", qEnvironmentVariable("DISPLAY"))));
+    std::_Exit(static_cast<int>(ExitCode::Failed));
+}
+
+bool isForPicture(int argc, char **argv)
+{
+    return std::any_of(argv, argv + argc,
+                       [](const char *text) { return std::strncmp(text, "--screenshot", 12) == 0; });
+}
+
+void useNoDisplay()
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) { // the toolkit complains where there is none
+        static const QTemporaryDir folder;
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
+    }
+}
+
+} // namespace
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+std::unique_ptr<QCoreApplication> makeApplication(Application kind, int &argc, char **argv)
+{
+    std::unique_ptr<QCoreApplication> application;
+    switch (kind) {
+    case Application::Console:
+        return std::make_unique<QCoreApplication>(argc, argv);
+    case Application::Drawing:
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        useNoDisplay();
+        application = std::make_unique<QGuiApplication>(argc, argv);
+        break;
+    case Application::Window:
+        if (!hasDisplay() || isForPicture(argc, argv))
+            useNoDisplay();
+        const QtMessageHandler before = qInstallMessageHandler(endWithoutDisplay);
+        application = std::make_unique<QApplication>(argc, argv);
+        qInstallMessageHandler(before);
+        break;
+    }
+    // Where this machine lacks the panel's font, one that like it has letters half as wide as Chinese
+    // characters.
+    QFont::insertSubstitution(QStringLiteral("SimSun"), QStringLiteral("WenQuanYi Micro Hei Mono"));
+    return application;
+}
+
+} // namespace panelkit::simulator
