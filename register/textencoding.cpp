@@ -10,7 +10,7 @@
 
 namespace {
 
-const std::size_t blockSize = 64 * 1024;
+const std::size_t blockSize = 64UL * 1024;
 
 // Whether `file`, of which `block` already holds the first `length` bytes, is UTF-8.
 bool isUtf8(QFile &file, std::vector<char> &block, std::size_t length)
@@ -42,6 +42,7 @@ QByteArray tools_utf8ToGb2312(char *data, int len)
     return panelkit::encoded("GB2312", panelkit::decoded("UTF-8", data, len));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 void QStringToGB2312Chars(QString text, QByteArray &out)
 {
     // The local encoding of a panel is UTF-8.

@@ -117,7 +117,8 @@ bool Utf8Recogniser::isValid() const
 
 void Utf8Recogniser::decode(const char *bytes, std::size_t length)
 {
-    const std::size_t atOnce = 16 * 1024; // the decoded text is thrown away, and takes twice as much or more
+    const std::size_t atOnce =
+        16UL * 1024; // the decoded text is thrown away, and takes twice as much or more
     for (std::size_t done = 0; done < length && isValid(); done += atOnce)
         m_codec->toUnicode(bytes + done, static_cast<int>(std::min(length - done, atOnce)), &m_state);
 }

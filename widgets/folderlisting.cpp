@@ -128,7 +128,7 @@ FolderEntry::FolderEntry(const QExplicitlySharedDataPointer<FolderNames> &folder
 
 QVariant FolderEntry::data(int role) const
 {
-    const QVariant given = QListWidgetItem::data(role);
+    QVariant given = QListWidgetItem::data(role);
     if (given.isValid())
         return given;
     switch (role) {

@@ -34,6 +34,7 @@ QString brokenIntoLines(const QString &text, int width)
 
 } // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 MyMessagebox::MyMessagebox(QString text) : m_label(new QLabel(text, this))
 {
     useNoticeFont(this);
@@ -64,6 +65,7 @@ MyMessagebox::MyMessagebox(QString text) : m_label(new QLabel(text, this))
     connect(&m_timer, SIGNAL(timeout()), this, SLOT(OnCancel()));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 void MyMessagebox::setText(QString text, int seconds)
 {
     m_label->setText(text);

@@ -67,6 +67,7 @@ void ProgressBar::buildLayout()
     layout->addStretch(1);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 void ProgressBar::UpdateProgress(int value, int maximum, bool activate, QString text, bool close)
 {
     if (close) {

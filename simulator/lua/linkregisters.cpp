@@ -141,7 +141,7 @@ QString CopiedRegisters::write(const MacroAddress &address, const RegisterWords 
 QString CopiedRegisters::preset(const MacroAddress &address, const RegisterWords &words)
 {
     Layout layout;
-    const QString failure = find(address, words.count, layout);
+    QString failure = find(address, words.count, layout);
     if (failure.isEmpty())
         keep(layout, words);
     return failure;

@@ -13,8 +13,11 @@ struct alignas(std::max_align_t) LuaMemory::Block
 
 LuaMemory::~LuaMemory()
 {
-    while (m_blocks != nullptr)
-        release(m_blocks);
+    for (Block *block = m_blocks; block != nullptr;) {
+        Block *const next = block->next;
+        std::free(block);
+        block = next;
+    }
 }
 
 void *LuaMemory::allocate(void *memory, void *block, std::size_t oldSize, std::size_t newSize)

@@ -26,7 +26,7 @@ struct MacroLimits
     // every register.
     std::chrono::milliseconds time{5000};
 
-    std::size_t memory = 4 * 1024 * 1024; // bytes, all of Lua's own included
+    std::size_t memory = 4UL * 1024 * 1024; // bytes, all of Lua's own included
 
     // A pattern function refuses a subject and a pattern that may take more steps than this, by an error of
     // the macro's that it can catch. `patternSteps` in luasandbox.h says how they are counted.

@@ -45,7 +45,7 @@ std::optional<Table> takeTable(const QCommandLineParser &parser, ExitCode &exitC
 {
     if (parser.isSet(QStringLiteral("from"))) {
         QString error;
-        const auto table = readTable(parser.value(QStringLiteral("from")), error);
+        auto table = readTable(parser.value(QStringLiteral("from")), error);
         if (!table) {
             complain(error);
             exitCode = ExitCode::Failed;
