@@ -48,6 +48,14 @@ bool hasSuffixOf(const QList<QString> &extensions, const QString &name)
     return suffix.size() < name.size() && !suffix.isEmpty() && extensions.contains(suffix);
 }
 
+// Such a name is the same text in every locale.
+bool isAscii(const char *name)
+{
+    while (*name > 0)
+        ++name;
+    return *name == '\0';
+}
+
 // Whether the bytes of a name are text: otherwise the file could not be found again by that text.
 bool isReadable(const QString &name, const char *bytes)
 {
@@ -69,17 +77,22 @@ struct FoundEntry
 std::vector<FoundEntry> read(DIR *folder, bool withFiles, const QList<QString> &extensions, QString &names)
 {
     std::vector<FoundEntry> entries;
+    const bool allFiles = extensions.isEmpty();
     while (const dirent *entry = readdir(folder)) {
         const Kind kind = kindOf(folder, entry);
         if (entry->d_name[0] == '.' || kind == OtherKind || (kind == FileKind && !withFiles))
             continue;
-        const QString name = QFile::decodeName(entry->d_name);
-        if (!isReadable(name, entry->d_name) || (kind == FileKind && !hasSuffixOf(extensions, name)))
-            continue;
-        const FoundEntry found = {static_cast<int>(names.size()), static_cast<int>(name.size()),
-                                  kind == FolderKind, 0};
+        const int first = static_cast<int>(names.size());
+        if ((kind == FolderKind || allFiles) && isAscii(entry->d_name)) {
+            names += QLatin1String(entry->d_name);
+        } else {
+            const QString name = QFile::decodeName(entry->d_name);
+            if (!isReadable(name, entry->d_name) || (kind == FileKind && !hasSuffixOf(extensions, name)))
+                continue;
+            names += name;
+        }
+        const FoundEntry found = {first, static_cast<int>(names.size()) - first, kind == FolderKind, 0};
         entries.push_back(found);
-        names += name;
     }
     return entries;
 }
@@ -96,22 +109,36 @@ int sharedLength(const std::vector<FoundEntry> &entries, const QString &names)
     return shared;
 }
 
-// Folders first, then by name, with its case. The names of records and exports begin alike: the four
-// characters behind what all share, put into one number, decide nearly always.
+// Puts the characters behind the `shared` first ones of each name into a number that sorts as they do: eight
+// where all of those fit a byte, else four. Returns how many.
+int setSortKeys(std::vector<FoundEntry> &entries, const QString &names, int shared)
+{
+    ushort all = 0;
+    for (const FoundEntry &entry : entries)
+        for (int i = shared; i < qMin(entry.length, shared + 8); ++i)
+            all = static_cast<ushort>(all | entry.name(names)[i].unicode());
+    const int bits = all < 0x100 ? 8 : 16;
+    const int count = 64 / bits;
+    for (FoundEntry &entry : entries)
+        for (int i = shared; i < shared + count; ++i)
+            entry.sortKey = entry.sortKey << bits | (i < entry.length ? entry.name(names)[i].unicode() : 0);
+    return count;
+}
+
+// Folders first, then by name, with its case. The names of records and exports begin alike: a few characters
+// behind what all share, put into one number, decide nearly always.
 void sort(std::vector<FoundEntry> &entries, const QString &names)
 {
     const int shared = sharedLength(entries, names);
-    for (FoundEntry &entry : entries) {
-        for (int i = shared; i < shared + 4; ++i)
-            entry.sortKey = entry.sortKey << 16 | (i < entry.length ? entry.name(names)[i].unicode() : 0);
-    }
-    std::sort(entries.begin(), entries.end(), [&names, shared](const FoundEntry &a, const FoundEntry &b) {
+    const int compared = shared + setSortKeys(entries, names, shared);
+    std::sort(entries.begin(), entries.end(), [&names, compared](const FoundEntry &a, const FoundEntry &b) {
         if (a.isFolder != b.isFolder)
             return a.isFolder;
         if (a.sortKey != b.sortKey)
             return a.sortKey < b.sortKey;
-        return std::lexicographical_compare(a.name(names) + shared, a.name(names) + a.length,
-                                            b.name(names) + shared, b.name(names) + b.length);
+        return std::lexicographical_compare(
+            a.name(names) + qMin(compared, a.length), a.name(names) + a.length,
+            b.name(names) + qMin(compared, b.length), b.name(names) + b.length);
     });
 }
 
