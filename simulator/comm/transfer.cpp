@@ -1,5 +1,7 @@
 #include "simulator/comm/transfer.h"
 
+#include <QCoreApplication>
+
 #include <modbus.h>
 
 #include <system_error>
@@ -8,51 +10,64 @@ namespace panelkit::simulator {
 
 namespace {
 
-std::string describeException(int code)
+class TransferText
 {
-    std::string text = "the PLC refuses (exception " + std::to_string(code);
-    if (code > 0 && code < MODBUS_EXCEPTION_MAX)
-        text += std::string(": ") + modbus_strerror(MODBUS_ENOBASE + code);
-    return text + ")";
-}
+    Q_DECLARE_TR_FUNCTIONS(TransferText)
+
+public:
+    static QString of(const TransferResult &result)
+    {
+        switch (result.status) {
+        case TransferStatus::Done:
+            return tr("done");
+        case TransferStatus::NoSuchLink:
+            return tr("there is no such link");
+        case TransferStatus::WithoutConnection:
+            return tr("the link is without connection");
+        case TransferStatus::NoSuchRegister:
+            return tr("there is no such register");
+        case TransferStatus::ReadOnly:
+            return tr("the register cannot be written");
+        case TransferStatus::NotSent:
+            return tr("the link was busy for the whole time-out");
+        case TransferStatus::Away:
+            return tr("the PLC is away");
+        case TransferStatus::NotConnected:
+            return tr("no connection to the PLC: %1")
+                .arg(QString::fromStdString(std::generic_category().message(result.detail)));
+        case TransferStatus::TimedOut:
+            return tr("the PLC did not answer in time");
+        case TransferStatus::Closed:
+            return tr("the PLC closed the connection");
+        case TransferStatus::WrongTransaction:
+            return tr("the PLC answered another request");
+        case TransferStatus::WrongUnit:
+            return tr("another station answered");
+        case TransferStatus::Malformed:
+            return tr("the PLC's answer does not fit the request");
+        case TransferStatus::Refused:
+            return exception(result.detail);
+        case TransferStatus::Stopped:
+            return tr("the link was taken down");
+        }
+        return {};
+    }
+
+private:
+    static QString exception(int code)
+    {
+        if (code <= 0 || code >= MODBUS_EXCEPTION_MAX)
+            return tr("the PLC refuses (exception %1)").arg(code);
+        return tr("the PLC refuses (exception %1: %2)")
+            .arg(QString::number(code), QString::fromLatin1(modbus_strerror(MODBUS_ENOBASE + code)));
+    }
+};
 
 } // namespace
 
 std::string describe(const TransferResult &result)
 {
-    switch (result.status) {
-    case TransferStatus::Done:
-        return "done";
-    case TransferStatus::NoSuchLink:
-        return "there is no such link";
-    case TransferStatus::WithoutConnection:
-        return "the link is without connection";
-    case TransferStatus::NoSuchRegister:
-        return "there is no such register";
-    case TransferStatus::ReadOnly:
-        return "the register cannot be written";
-    case TransferStatus::NotSent:
-        return "the link was busy for the whole time-out";
-    case TransferStatus::Away:
-        return "the PLC is away";
-    case TransferStatus::NotConnected:
-        return "no connection to the PLC: " + std::generic_category().message(result.detail);
-    case TransferStatus::TimedOut:
-        return "the PLC did not answer in time";
-    case TransferStatus::Closed:
-        return "the PLC closed the connection";
-    case TransferStatus::WrongTransaction:
-        return "the PLC answered another request";
-    case TransferStatus::WrongUnit:
-        return "another station answered";
-    case TransferStatus::Malformed:
-        return "the PLC's answer does not fit the request";
-    case TransferStatus::Refused:
-        return describeException(result.detail);
-    case TransferStatus::Stopped:
-        return "the link was taken down";
-    }
-    return {};
+    return TransferText::of(result).toStdString();
 }
 
 } // namespace panelkit::simulator

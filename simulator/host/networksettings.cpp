@@ -3,6 +3,8 @@
 #include "platform/sys_base.h"
 #include "register/interfacecomm.h"
 
+#include <QCoreApplication>
+
 namespace panelkit::simulator {
 
 namespace {
@@ -29,18 +31,31 @@ bool isHostAddress(quint32 address)
     return firstByte != 0 && firstByte != 127 && firstByte < 224;
 }
 
+struct NetworkWarning
+{
+    Q_DECLARE_TR_FUNCTIONS(NetworkWarning)
+};
+
+// What is said of an address that is the first, and of one that is the last of its network.
+struct ReservedAddress
+{
+    QString first;
+    QString last;
+};
+
 // Warns of an address that stands for the whole of its network. A network of one or two addresses has none
 // such.
-void warnOfReservedAddress(const QString &name, const QString &text, quint32 mask, QStringList &warnings)
+void warnOfReservedAddress(const ReservedAddress &sentences, const QString &text, quint32 mask,
+                           QStringList &warnings)
 {
     const quint32 hostBits = ~mask;
     if (hostBits <= 1)
         return;
     const quint32 host = bitsOf(text) & hostBits;
     if (host == 0)
-        warnings << QStringLiteral("The %1 %2 is the address of the network itself.").arg(name, text);
+        warnings << sentences.first.arg(text);
     if (host == hostBits)
-        warnings << QStringLiteral("The %1 %2 is the broadcast address of its network.").arg(name, text);
+        warnings << sentences.last.arg(text);
 }
 
 } // namespace
@@ -84,24 +99,29 @@ QStringList networkWarnings(const NetworkSettings &settings)
     const quint32 gateway = bitsOf(settings.gateway);
 
     if (!isHostAddress(ip))
-        warnings << QStringLiteral("The IP address %1 is none that a panel can have.").arg(settings.ip);
+        warnings << NetworkWarning::tr("The IP address %1 is none that a panel can have.").arg(settings.ip);
     if (gateway == ip)
-        warnings << QStringLiteral("The gateway %1 is the panel itself.").arg(settings.gateway);
+        warnings << NetworkWarning::tr("The gateway %1 is the panel itself.").arg(settings.gateway);
     if (mask == 0)
-        warnings << QStringLiteral("The subnet mask 0.0.0.0 makes every address a neighbour.");
+        warnings << NetworkWarning::tr("The subnet mask 0.0.0.0 makes every address a neighbour.");
     if (hasHoles(mask)) {
-        warnings << QStringLiteral("The subnet mask %1 has holes: its ones must all stand before its zeros.")
+        warnings << NetworkWarning::tr(
+                        "The subnet mask %1 has holes: its ones must all stand before its zeros.")
                         .arg(settings.netMask);
         return warnings; // what lies in the subnet is then anybody's guess
     }
-    warnOfReservedAddress(QStringLiteral("IP address"), settings.ip, mask, warnings);
+    warnOfReservedAddress({NetworkWarning::tr("The IP address %1 is the address of the network itself."),
+                           NetworkWarning::tr("The IP address %1 is the broadcast address of its network.")},
+                          settings.ip, mask, warnings);
     if ((gateway & mask) != (ip & mask))
-        warnings << QStringLiteral(
+        warnings << NetworkWarning::tr(
                         "The gateway %1 lies outside of the panel's subnet: nothing beyond it can be "
                         "reached.")
                         .arg(settings.gateway);
     else if (gateway != ip)
-        warnOfReservedAddress(QStringLiteral("gateway"), settings.gateway, mask, warnings);
+        warnOfReservedAddress({NetworkWarning::tr("The gateway %1 is the address of the network itself."),
+                               NetworkWarning::tr("The gateway %1 is the broadcast address of its network.")},
+                              settings.gateway, mask, warnings);
     return warnings;
 }
 

@@ -9,9 +9,20 @@ namespace panelkit::simulator {
 
 RuntimeEvents::RuntimeEvents(const Session &session, const ItemMacros &macros, MacroEngine &engine,
                              Handlers handlers)
+    : RuntimeEvents(session, macros, MacroRunner(), std::move(handlers))
+{
+    m_runMacro = [this, &engine](const MacroOwner &owner, const QString &name, const QString &text) {
+        const MacroResult result = engine.run(name, text);
+        if (m_handlers.macroEnded)
+            m_handlers.macroEnded(owner, result);
+    };
+}
+
+RuntimeEvents::RuntimeEvents(const Session &session, const ItemMacros &macros, MacroRunner runMacro,
+                             Handlers handlers)
     : m_session(session),
       m_macros(macros),
-      m_engine(engine),
+      m_runMacro(std::move(runMacro)),
       m_handlers(std::move(handlers))
 {
 }
@@ -59,11 +70,9 @@ void RuntimeEvents::handle(PostedEvent &posted)
     }
     const auto *call = dynamic_cast<const UExternalFuncCallEvent *>(posted.event.get());
     const auto owner = call != nullptr ? m_macros.ownerOf(call->arg) : std::nullopt;
-    if (!owner)
-        return;
-    const auto result = m_engine.run(m_session.project().items[owner->item].name, *call);
-    if (result && m_handlers.macroEnded)
-        m_handlers.macroEnded(*owner, *result);
+    const auto text = owner ? MacroEngine::textOf(*call) : std::nullopt;
+    if (text)
+        m_runMacro(*owner, m_session.project().items[owner->item].name, *text);
 }
 
 void RuntimeEvents::handle(const RegisterValueChange &address)

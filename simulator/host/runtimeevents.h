@@ -24,15 +24,22 @@ public:
         std::function<void(unsigned short code, int argument)> systemNotice;
     };
 
-    // `session`, `macros` and `engine` must live as long as this.
+    // Runs the macro `text` of the item `name`, or sees to it that it is run.
+    using MacroRunner =
+        std::function<void(const MacroOwner &owner, const QString &name, const QString &text)>;
+
+    // Macros are run at once by `engine`. `session`, `macros` and `engine` must live as long as this.
     RuntimeEvents(const Session &session, const ItemMacros &macros, MacroEngine &engine, Handlers handlers);
+
+    // Macros are handed to `runMacro`, which then has to tell of their end itself.
+    RuntimeEvents(const Session &session, const ItemMacros &macros, MacroRunner runMacro, Handlers handlers);
     ~RuntimeEvents();
     RuntimeEvents(const RuntimeEvents &) = delete;
     RuntimeEvents &operator=(const RuntimeEvents &) = delete;
 
-    // Handles the events that wait now, in the order in which they were posted: a macro is run to its end
-    // before the next event is looked at. An event with a receiver goes to it, if it still exists. What is
-    // posted meanwhile waits. Returns how many were handled.
+    // Handles the events that wait now, in the order in which they were posted: an engine runs a macro to its
+    // end before the next event is looked at. An event with a receiver goes to it, if it still exists. What
+    // is posted meanwhile waits. Returns how many were handled.
     int handleWaiting();
 
     // From now on events are handled as soon as Qt's event loop runs in the thread of this object.
@@ -45,7 +52,7 @@ private:
 
     const Session &m_session;
     const ItemMacros &m_macros;
-    MacroEngine &m_engine;
+    MacroRunner m_runMacro;
     Handlers m_handlers;
     QObject m_loop; // what is called in the event loop is called for this
 };

@@ -138,6 +138,7 @@ std::unique_ptr<Session> Session::open(const SessionOptions &options, QString &e
     }
     parts.record.screenWidth = parts.project.screenWidth;
     parts.record.screenHeight = parts.project.screenHeight;
+    parts.record.announceMessageBoxClose = options.announceMessageBoxClose ? 1 : 0;
     parts.record.comm = parts.communication.get();
     tools_setSystemRoot(parts.files->root());
     setConfigurationFile(parts.files->path(QLatin1String(configurationPath)));

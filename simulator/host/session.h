@@ -27,11 +27,12 @@ std::optional<PlcAddress> parsePlcAddress(const QString &text);
 
 struct SessionOptions
 {
-    QString projectFile;           // empty: the sample
-    std::optional<PlcAddress> plc; // nothing: a bottling line is started on a free loopback port
-    QString root;                  // the system root, made when missing; empty: a temporary folder
-    QSize screen;                  // of the panel, in pixels; empty: the project's
-    bool runCommands = false;      // hands the library's shell commands to this machine's shell
+    QString projectFile;                  // empty: the sample
+    std::optional<PlcAddress> plc;        // nothing: a bottling line is started on a free loopback port
+    QString root;                         // the system root, made when missing; empty: a temporary folder
+    QSize screen;                         // of the panel, in pixels; empty: the project's
+    bool announceMessageBoxClose = false; // has the library tell when a message box is closed unanswered
+    bool runCommands = false;             // hands the library's shell commands to this machine's shell
 };
 
 // A process has one system root, one application record and one event queue, so it can have one session at a

@@ -2,6 +2,8 @@
 
 #include "simulator/lua/luasandbox.h"
 
+#include <QCoreApplication>
+
 #include <cstring>
 
 namespace panelkit::simulator {
@@ -13,6 +15,11 @@ constexpr qint64 instructionsATimeCheck = 16;
 constexpr int garbagePause =
     125;                        // percent of what is in use; not all of Lua waits for it when memory is short
 constexpr int longestName = 50; // bytes; Lua cuts behind 59, also within a character
+
+struct MacroText
+{
+    Q_DECLARE_TR_FUNCTIONS(MacroText)
+};
 
 // What Lua's messages show as the name of the text.
 QByteArray chunkName(const QString &name)
@@ -27,11 +34,11 @@ QString limitMessage(MacroOutcome outcome, const MacroLimits &limits)
 {
     switch (outcome) {
     case MacroOutcome::TooManyInstructions:
-        return QStringLiteral("stopped after %1 instructions").arg(limits.instructions);
+        return MacroText::tr("stopped after %1 instructions").arg(limits.instructions);
     case MacroOutcome::TooMuchTime:
-        return QStringLiteral("stopped after %1 ms").arg(limits.time.count());
+        return MacroText::tr("stopped after %1 ms").arg(limits.time.count());
     case MacroOutcome::TooMuchMemory:
-        return QStringLiteral("stopped: it needs more than %1 KiB of memory").arg(limits.memory / 1024);
+        return MacroText::tr("stopped: it needs more than %1 KiB of memory").arg(limits.memory / 1024);
     case MacroOutcome::Done:
     case MacroOutcome::BadSyntax:
     case MacroOutcome::Failed:
@@ -65,10 +72,10 @@ int takeLine(QByteArray &message, const QByteArray &name)
 QString described(const MacroAccess &access)
 {
     const MacroAddress &address = access.address;
-    return QLatin1String(access.isWrite ? "cannot write " : "cannot read ") + address.block +
-           QLatin1Char(' ') + QString::number(address.index) + QLatin1String(" of \"") + address.link +
-           QLatin1String("\", station ") + QString::number(address.station) + QLatin1String(": ") +
-           access.failure;
+    const QString sentence = access.isWrite ? MacroText::tr("cannot write %1 %2 of \"%3\", station %4: %5")
+                                            : MacroText::tr("cannot read %1 %2 of \"%3\", station %4: %5");
+    return sentence.arg(address.block, QString::number(address.index), address.link,
+                        QString::number(address.station), access.failure);
 }
 
 } // namespace
@@ -206,13 +213,13 @@ bool LuaRun::perform(MacroAccess access)
         if (before)
             access.before = decodeValue(access.type, *before);
     } else {
-        access.failure = QStringLiteral("the value is not a number (NaN)");
+        access.failure = MacroText::tr("the value is not a number (NaN)");
     }
     access.value.reset();
     if (access.failure.isEmpty()) {
         access.value = decodeValue(access.type, words);
         if (!access.value)
-            access.failure = QStringLiteral("it holds no BCD number");
+            access.failure = MacroText::tr("it holds no BCD number");
     }
     m_failure = access.failure.isEmpty() ? QByteArray() : described(access).toUtf8();
     m_result.accesses.push_back(std::move(access));
@@ -227,7 +234,7 @@ void LuaRun::print(const char *text, std::size_t length)
     const bool fits = length < static_cast<std::size_t>(left);
     m_printed = fits ? m_printed + static_cast<int>(length) + 1 : m_limits.output + 1;
     m_output(fits ? QString::fromUtf8(text, static_cast<int>(length))
-                  : QStringLiteral("(what else it prints is left out)"));
+                  : MacroText::tr("(what else it prints is left out)"));
 }
 
 } // namespace panelkit::simulator

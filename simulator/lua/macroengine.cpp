@@ -18,12 +18,18 @@ MacroResult MacroEngine::run(const QString &name, const QString &text)
     return LuaRun(m_registers, m_limits, m_clock, m_output).run(name, text);
 }
 
-std::optional<MacroResult> MacroEngine::run(const QString &name, const UExternalFuncCallEvent &event)
+std::optional<QString> MacroEngine::textOf(const UExternalFuncCallEvent &event)
 {
     if (event.funcName != QLatin1String("runLua") || event.arg == nullptr || event.arg->args.isEmpty() ||
         event.arg->args.first() == nullptr)
         return std::nullopt;
-    return run(name, *static_cast<const QString *>(event.arg->args.first()));
+    return *static_cast<const QString *>(event.arg->args.first());
+}
+
+std::optional<MacroResult> MacroEngine::run(const QString &name, const UExternalFuncCallEvent &event)
+{
+    const std::optional<QString> text = textOf(event);
+    return text ? std::optional<MacroResult>(run(name, *text)) : std::nullopt;
 }
 
 } // namespace panelkit::simulator

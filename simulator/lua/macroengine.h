@@ -94,8 +94,11 @@ public:
     // `name` stands for the macro in the messages of Lua, in front of the line.
     MacroResult run(const QString &name, const QString &text);
 
-    // Runs what a posted "runLua" event carries: the text that the first of its arguments points to. Nothing
-    // when the event asks for another function or carries no text.
+    // What a posted "runLua" event carries: the text that the first of its arguments points to. Nothing when
+    // the event asks for another function or carries no text.
+    static std::optional<QString> textOf(const UExternalFuncCallEvent &event);
+
+    // Runs that text, if there is one.
     std::optional<MacroResult> run(const QString &name, const UExternalFuncCallEvent &event);
 
 private:

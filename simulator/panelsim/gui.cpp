@@ -154,6 +154,7 @@ ExitCode runGui(const QStringList &arguments)
                            "fonts-wqy-microhei")
                 .arg(panelFontFamily()));
 
+    request.options.announceMessageBoxClose = true;
     ExitCode exitCode = ExitCode::Done;
     const auto session = openSession(parser, request.options, exitCode);
     if (!session)

@@ -41,6 +41,8 @@ const char *const styleSheet = R"(
 #header #projectName { font-weight: bold; }
 #header QPushButton, #pageRow QPushButton { background: transparent; color: @onBar@; border: none;
     border-radius: 0; padding: 0 4px; min-height: 0; }
+#header QPushButton { padding: 0 12px; }
+#pageRow QPushButton { min-height: 44px; }
 #header QPushButton:pressed { background: @accent@; }
 #pageRow QPushButton { font-size: @caption@px; }
 #pageRow QPushButton:checked { background: @accent@; font-weight: bold; }

@@ -1,10 +1,14 @@
 #include "simulator/window/panelwindow.h"
 
 #include "simulator/host/session.h"
+#include "simulator/window/keypad.h"
+#include "simulator/window/operatepage.h"
 #include "simulator/window/page.h"
 #include "simulator/window/pagerow.h"
 #include "simulator/window/panelheader.h"
+#include "simulator/window/panelruntime.h"
 #include "simulator/window/panelstyle.h"
+#include "simulator/window/runtimenotices.h"
 #include "simulator/window/valuespage.h"
 
 #include <QEvent>
@@ -29,10 +33,13 @@ QSize screenOf(const Session &session)
 PanelWindow::PanelWindow(Session &session, QWidget *parent)
     : QWidget(parent),
       m_session(session),
+      m_runtime(new PanelRuntime(session, this)),
+      m_notices(new RuntimeNotices(this)),
       m_content(new QWidget(this)),
       m_header(new PanelHeader(session, m_content)),
       m_row(new PageRow(screenOf(session), m_content)),
-      m_pages(new QStackedWidget(m_content))
+      m_pages(new QStackedWidget(m_content)),
+      m_keypad(new Keypad(this, m_content))
 {
     setFixedSize(screenOf(session));
     setStyleSheet(panelStyleSheet(size()));
@@ -49,6 +56,7 @@ PanelWindow::PanelWindow(Session &session, QWidget *parent)
         QString error;
         changeLanguage(m_language.next(), error);
     });
+    connect(m_runtime, &PanelRuntime::messageBoxWanted, m_notices, &RuntimeNotices::show);
     connect(&m_timer, &QTimer::timeout, this, &PanelWindow::refresh);
     m_timer.setInterval(refreshInterval);
     retranslate();
@@ -61,6 +69,7 @@ PanelWindow::~PanelWindow() = default;
 void PanelWindow::addPages()
 {
     addPage("values", new ValuesPage(m_session, m_pages));
+    addPage("operate", new OperatePage(m_session, *m_runtime, m_pages));
 }
 
 void PanelWindow::buildLayout()
@@ -85,6 +94,7 @@ void PanelWindow::addPage(const char *name, Page *page)
     page->setObjectName(QLatin1String(name));
     m_pages->addWidget(page);
     m_row->addPage();
+    m_keypad->serveAllIn(page);
 }
 
 QStringList PanelWindow::pageNames() const
@@ -131,6 +141,7 @@ bool PanelWindow::changeLanguage(const QString &language, QString &error)
 
 void PanelWindow::refresh()
 {
+    m_runtime->poll();
     m_header->refresh();
     currentPage()->refresh();
 }

@@ -10,9 +10,12 @@ class QStackedWidget;
 
 namespace panelkit::simulator {
 
+class Keypad;
 class Page;
 class PageRow;
 class PanelHeader;
+class PanelRuntime;
+class RuntimeNotices;
 class Session;
 
 // As large as the screen of the session's project. While it is shown, the page in front is refreshed ten
@@ -34,7 +37,11 @@ public:
     // As PanelLanguage::change.
     bool changeLanguage(const QString &language, QString &error);
 
-    // One step of what the window shows, as its timer makes it.
+    PanelRuntime &runtime() const { return *m_runtime; }
+    RuntimeNotices &notices() const { return *m_notices; }
+    Keypad &keypad() const { return *m_keypad; }
+
+    // One step of what the window shows and its runtime does, as its timer makes it.
     void refresh();
 
 protected:
@@ -51,10 +58,13 @@ private:
 
     Session &m_session;
     PanelLanguage m_language;
+    PanelRuntime *m_runtime;
+    RuntimeNotices *m_notices;
     QWidget *m_content; // all that is shown but the keypad
     PanelHeader *m_header;
     PageRow *m_row;
     QStackedWidget *m_pages;
+    Keypad *m_keypad;
     QTimer m_timer;
 };
 

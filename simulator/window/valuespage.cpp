@@ -8,6 +8,7 @@
 
 #include <QGridLayout>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace panelkit::simulator {
@@ -23,7 +24,7 @@ ValuesPage::ValuesPage(Session &session, QWidget *parent)
     m_grid->setContentsMargins(sizes.gap, sizes.gap, sizes.gap, sizes.gap);
     m_grid->setSpacing(sizes.gap);
     for (const ItemDefinition &item : session.project().items)
-        m_tiles.push_back(new ValueTile(item.name, content));
+        m_tiles.push_back(new ValueTile(item.name, sizes, content));
     m_area->setWidget(content);
     m_area->setWidgetResizable(true);
     m_area->setFrameShape(QFrame::NoFrame);
@@ -72,8 +73,9 @@ void ValuesPage::arrange()
     if (m_tiles.empty())
         return;
     const int needed = m_tiles.front()->widthFor(QStringLiteral("00000000"));
-    const int columns =
-        qMax(1, (m_area->viewport()->width() - m_grid->spacing()) / (needed + m_grid->spacing()));
+    const int gap = m_grid->spacing();
+    const int width = this->width() - m_area->verticalScrollBar()->sizeHint().width() - gap;
+    const int columns = qMax(1, width / (needed + gap));
     if (columns == m_columns)
         return;
     m_columns = columns;

@@ -15,11 +15,6 @@ constexpr int margin = 8;     // left and right of the texts
 constexpr int smallest = 12;  // pixels, of any text
 constexpr int captionTop = 5; // above the name
 
-Sizes sizesOf(const QWidget *widget)
-{
-    return sizesFor(widget->window()->size());
-}
-
 QString dash()
 {
     return QString(QChar(0x2013));
@@ -27,7 +22,11 @@ QString dash()
 
 } // namespace
 
-ValueTile::ValueTile(const QString &name, QWidget *parent) : QWidget(parent), m_name(name), m_text(dash())
+ValueTile::ValueTile(const QString &name, const Sizes &sizes, QWidget *parent)
+    : QWidget(parent),
+      m_name(name),
+      m_sizes(sizes),
+      m_text(dash())
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAccessibleName(name);
@@ -46,25 +45,25 @@ void ValueTile::setValue(const QString &text, bool isCurrent)
 
 int ValueTile::widthFor(const QString &text) const
 {
+    ensurePolished();
     QFont font = this->font();
-    font.setPixelSize(sizesOf(this).value);
+    font.setPixelSize(m_sizes.value);
     return QFontMetrics(font).horizontalAdvance(text) + 2 * margin;
 }
 
 QSize ValueTile::sizeHint() const
 {
-    const Sizes sizes = sizesOf(this);
-    return {minimumSizeHint().width(), captionTop + sizes.caption + sizes.value + 16};
+    return {minimumSizeHint().width(), captionTop + m_sizes.caption + m_sizes.value + 16};
 }
 
 QSize ValueTile::minimumSizeHint() const
 {
-    return {100, captionTop + sizesOf(this).caption + sizesOf(this).value + 16};
+    return {100, captionTop + m_sizes.caption + m_sizes.value + 16};
 }
 
 QRect ValueTile::valueRect() const
 {
-    return rect().adjusted(margin, captionTop + sizesOf(this).caption + 4, -margin, -4);
+    return rect().adjusted(margin, captionTop + m_sizes.caption + 4, -margin, -4);
 }
 
 // The largest size in which the text is no wider than `width`.
@@ -80,7 +79,6 @@ QFont ValueTile::fontFor(const QString &text, int largest, int least, int width)
 
 void ValueTile::paintEvent(QPaintEvent *event)
 {
-    const Sizes sizes = sizesOf(this);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(colour::line);
@@ -89,14 +87,14 @@ void ValueTile::paintEvent(QPaintEvent *event)
 
     const QRect value = valueRect();
     if (!value.contains(event->rect())) {
-        const QRect caption(margin, captionTop, value.width(), sizes.caption + 4);
-        const QFont font = fontFor(m_name, sizes.caption, smallest, value.width());
+        const QRect caption(margin, captionTop, value.width(), m_sizes.caption + 4);
+        const QFont font = fontFor(m_name, m_sizes.caption, smallest, value.width());
         painter.setFont(font);
         painter.setPen(colour::faintInk);
         painter.drawText(caption, Qt::AlignLeft | Qt::AlignVCenter,
                          QFontMetrics(font).elidedText(m_name, Qt::ElideRight, value.width()));
     }
-    const QFont font = fontFor(m_text, sizes.value, smallest, value.width());
+    const QFont font = fontFor(m_text, m_sizes.value, smallest, value.width());
     painter.setFont(font);
     painter.setPen(m_isCurrent ? colour::ink : colour::dim);
     painter.drawText(value, Qt::AlignRight | Qt::AlignVCenter,

@@ -1,6 +1,8 @@
 // One live value on the screen.
 #pragma once
 
+#include "simulator/window/panelstyle.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -12,7 +14,7 @@ class ValueTile : public QWidget
 {
     Q_OBJECT
 public:
-    ValueTile(const QString &name, QWidget *parent);
+    ValueTile(const QString &name, const Sizes &sizes, QWidget *parent);
 
     // `isCurrent`: the value is of this moment. One that is not is dim; it keeps the text of the last one
     // that was, or a dash where there was none.
@@ -37,6 +39,7 @@ private:
     QRect valueRect() const;
 
     const QString m_name;
+    const Sizes m_sizes;
     QString m_text;
     bool m_isCurrent = false;
 };

@@ -1,0 +1,214 @@
+#include "simulator/window/keypad.h"
+
+#include "simulator/window/panelstyle.h"
+#include "widgets/mylineedit.h"
+
+#include <QCoreApplication>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPushButton>
+
+namespace panelkit::simulator {
+
+namespace {
+
+constexpr int gap = 4;         // between keys
+constexpr int widestKey = 110; // pixels
+constexpr int airBelowField = 6;
+
+bool takesNumbers(const MyLineEdit &field)
+{
+    return field.inputMethodHints() & (Qt::ImhDigitsOnly | Qt::ImhFormattedNumbersOnly |
+                                       Qt::ImhPreferNumbers | Qt::ImhDialableCharactersOnly);
+}
+
+} // namespace
+
+Keypad::Keypad(QWidget *window, QWidget *content)
+    : QWidget(window),
+      m_window(window),
+      m_content(content),
+      m_grid(new QGridLayout(this))
+{
+    setObjectName(QStringLiteral("keypad"));
+    m_grid->setContentsMargins(gap, gap, gap, gap);
+    m_grid->setSpacing(gap);
+    hide();
+}
+
+void Keypad::serve(MyLineEdit *field)
+{
+    connect(field, &MyLineEdit::focusIn, this, [this, field] { open(field); });
+    connect(field, &MyLineEdit::focusOut, this, [this, field] {
+        if (field == m_field)
+            close();
+    });
+    connect(field, &QObject::destroyed, this, [this] {
+        if (m_field == nullptr && isVisible())
+            close();
+    });
+}
+
+void Keypad::serveAllIn(QWidget *page)
+{
+    for (MyLineEdit *field : page->findChildren<MyLineEdit *>())
+        serve(field);
+}
+
+void Keypad::open(MyLineEdit *field)
+{
+    m_field = field;
+    m_isShifted = false;
+    const QSize screen = m_window->size();
+    const KeypadLayout layout = takesNumbers(*field) ? digitKeys() : letterKeys(screen);
+    build(layout);
+    const int width = qMin(screen.width(), layout.columns * (widestKey + gap) + gap);
+    const int height = layout.rows * keyHeight(layout, screen);
+    setGeometry((screen.width() - width) / 2, screen.height() - height, width, height);
+    makeRoomFor(*field);
+    show();
+    raise();
+}
+
+void Keypad::close()
+{
+    m_field.clear();
+    m_content->move(0, 0);
+    hide();
+}
+
+void Keypad::build(const KeypadLayout &layout)
+{
+    for (QPushButton *button : m_buttons) {
+        button->hide();
+        button->deleteLater(); // one of them may be the sender
+    }
+    m_buttons.clear();
+    m_keys = layout.keys;
+    for (int column = 0; column < 10; ++column)
+        m_grid->setColumnStretch(column, column < layout.columns ? 1 : 0);
+    for (const Key &key : m_keys) {
+        auto *button = new QPushButton(this);
+        button->setFocusPolicy(Qt::NoFocus); // the field keeps it
+        button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        button->setAutoRepeat(key.action == Key::Action::Delete);
+        button->setCheckable(key.action == Key::Action::Shift);
+        if (key.action == Key::Action::Enter)
+            setPart(button, Part::Primary);
+        connect(button, &QPushButton::clicked, this, [this, key] { press(key); });
+        m_grid->addWidget(button, key.row, key.column, 1, key.span);
+        m_buttons.push_back(button);
+        button->show();
+    }
+    label();
+}
+
+// The field in view above the keys, and the top of the window where it can be.
+void Keypad::makeRoomFor(const MyLineEdit &field)
+{
+    m_content->move(0, 0);
+    const int top = field.mapTo(m_window, QPoint(0, 0)).y();
+    const int hidden = top + field.height() + airBelowField - y();
+    m_content->move(0, -qBound(0, hidden, qMax(0, top)));
+}
+
+void Keypad::press(const Key &key)
+{
+    if (m_field == nullptr)
+        return;
+    switch (key.action) {
+    case Key::Action::Type:
+        send(0, m_isShifted ? key.text.toUpper() : key.text);
+        break;
+    case Key::Action::Shift:
+        m_isShifted = !m_isShifted;
+        label();
+        break;
+    case Key::Action::Delete:
+        send(Qt::Key_Backspace, QString());
+        break;
+    case Key::Action::Clear:
+        m_field->selectAll();
+        send(Qt::Key_Delete, QString());
+        break;
+    case Key::Action::Enter:
+        send(Qt::Key_Return, QStringLiteral("\r"));
+        if (m_field != nullptr)
+            m_field->clearFocus();
+        break;
+    }
+}
+
+void Keypad::send(int keyCode, const QString &text)
+{
+    const QPointer<MyLineEdit> field = m_field;
+    QKeyEvent down(QEvent::KeyPress, keyCode, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(field, &down);
+    QKeyEvent up(QEvent::KeyRelease, keyCode, Qt::NoModifier, text);
+    if (field != nullptr)
+        QCoreApplication::sendEvent(field, &up);
+}
+
+void Keypad::label()
+{
+    for (std::size_t i = 0; i < m_keys.size(); ++i) {
+        QPushButton *button = m_buttons[i];
+        switch (m_keys[i].action) {
+        case Key::Action::Type:
+            button->setText(m_keys[i].text == QLatin1String(" ") ? tr("Space")
+                            : m_isShifted                        ? m_keys[i].text.toUpper()
+                                                                 : m_keys[i].text);
+            break;
+        case Key::Action::Shift:
+            button->setText(tr("ABC"));
+            button->setChecked(m_isShifted);
+            break;
+        case Key::Action::Delete:
+            button->setText(tr("Delete"));
+            break;
+        case Key::Action::Clear:
+            button->setText(tr("Clear"));
+            break;
+        case Key::Action::Enter:
+            button->setText(tr("Enter"));
+            break;
+        }
+    }
+}
+
+QPushButton *Keypad::keyFor(const QString &text) const
+{
+    for (std::size_t i = 0; i < m_keys.size(); ++i)
+        if (m_keys[i].action == Key::Action::Type && m_keys[i].text == text)
+            return m_buttons[i];
+    return nullptr;
+}
+
+QPushButton *Keypad::keyFor(Key::Action action) const
+{
+    for (std::size_t i = 0; i < m_keys.size(); ++i)
+        if (m_keys[i].action == action)
+            return m_buttons[i];
+    return nullptr;
+}
+
+void Keypad::paintEvent(QPaintEvent *)
+{
+    QPainter(this).fillRect(rect(), colour::bar);
+}
+
+// What hits the keypad between its keys does not reach the page behind it.
+void Keypad::mousePressEvent(QMouseEvent *event)
+{
+    event->accept();
+}
+
+void Keypad::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        label();
+    QWidget::changeEvent(event);
+}
+
+} // namespace panelkit::simulator

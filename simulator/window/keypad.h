@@ -1,0 +1,58 @@
+// The on-screen keypad of the panel.
+#pragma once
+
+#include "simulator/window/keypadlayout.h"
+#include "widgets/mylineedit.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class QGridLayout;
+class QPushButton;
+
+namespace panelkit::simulator {
+
+// Comes up at the bottom of its window when a field that it serves gains the focus, and goes when the field
+// loses it. What else the window shows is moved up as far as it takes for the field to stay in view. The keys
+// reach the field as those of a keyboard do, so that whatever it allows or forbids holds.
+class Keypad : public QWidget
+{
+    Q_OBJECT
+public:
+    // `content` is the child of `window` that is moved.
+    Keypad(QWidget *window, QWidget *content);
+
+    // Serves `field` from now on: with digits only where its inputMethodHints() ask for numbers.
+    void serve(MyLineEdit *field);
+    void serveAllIn(QWidget *page);
+
+    MyLineEdit *field() const { return m_field; } // null while the keypad is hidden
+
+    // The key that types `text` in lower case, or the one of that action; null when it has none.
+    QPushButton *keyFor(const QString &text) const;
+    QPushButton *keyFor(Key::Action action) const;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void open(MyLineEdit *field);
+    void close();
+    void build(const KeypadLayout &layout);
+    void press(const Key &key);
+    void send(int keyCode, const QString &text);
+    void label();
+    void makeRoomFor(const MyLineEdit &field);
+
+    QWidget *m_window;
+    QWidget *m_content;
+    QPointer<MyLineEdit> m_field;
+    QGridLayout *m_grid;
+    std::vector<Key> m_keys;
+    std::vector<QPushButton *> m_buttons; // one for each key
+    bool m_isShifted = false;
+};
+
+} // namespace panelkit::simulator

@@ -1,0 +1,72 @@
+#include "simulator/window/keypadlayout.h"
+
+#include "simulator/window/panelstyle.h"
+
+#include <QStringList>
+
+namespace panelkit::simulator {
+
+namespace {
+
+constexpr int roomForField = 56; // pixels, for the field and the air around it
+constexpr int highestKey = 64;
+
+// Adds keys that type the characters of `text`, a row of them.
+void addRow(KeypadLayout &layout, const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i)
+        layout.keys.push_back({Key::Action::Type, text.mid(i, 1), layout.rows, i, 1});
+    ++layout.rows;
+}
+
+void addKey(KeypadLayout &layout, Key::Action action, int row, int column, int span = 1)
+{
+    layout.keys.push_back({action, QString(), row, column, span});
+}
+
+} // namespace
+
+KeypadLayout digitKeys()
+{
+    KeypadLayout layout;
+    layout.columns = 5;
+    for (const char *row : {"789.", "456-", "1230"})
+        addRow(layout, QString::fromLatin1(row));
+    addKey(layout, Key::Action::Delete, 0, 4);
+    addKey(layout, Key::Action::Clear, 1, 4);
+    addKey(layout, Key::Action::Enter, 2, 4);
+    return layout;
+}
+
+KeypadLayout letterKeys(const QSize &screen)
+{
+    KeypadLayout layout;
+    if (isPortrait(screen)) {
+        layout.columns = 7;
+        for (const char *row : {"1234567", "890./#_", "abcdefg", "hijklmn", "opqrstu", "vwxyz -"})
+            addRow(layout, QString::fromLatin1(row));
+        addKey(layout, Key::Action::Shift, layout.rows, 0);
+        addKey(layout, Key::Action::Delete, layout.rows, 1, 2);
+        addKey(layout, Key::Action::Clear, layout.rows, 3, 2);
+        addKey(layout, Key::Action::Enter, layout.rows, 5, 2);
+    } else {
+        layout.columns = 10;
+        for (const char *row : {"1234567890", "qwertyuiop", "asdfghjkl-", "zxcvbnm./#"})
+            addRow(layout, QString::fromLatin1(row));
+        addKey(layout, Key::Action::Shift, layout.rows, 0);
+        layout.keys.push_back({Key::Action::Type, QStringLiteral("_"), layout.rows, 1, 1});
+        layout.keys.push_back({Key::Action::Type, QStringLiteral(" "), layout.rows, 2, 2});
+        addKey(layout, Key::Action::Delete, layout.rows, 4, 2);
+        addKey(layout, Key::Action::Clear, layout.rows, 6, 2);
+        addKey(layout, Key::Action::Enter, layout.rows, 8, 2);
+    }
+    ++layout.rows;
+    return layout;
+}
+
+int keyHeight(const KeypadLayout &layout, const QSize &screen)
+{
+    return qBound(32, (screen.height() - roomForField) / layout.rows, highestKey);
+}
+
+} // namespace panelkit::simulator
