@@ -48,7 +48,11 @@ void useNoDisplay()
 
 bool hasDisplay()
 {
-    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    // Asked before the platform is chosen for want of one.
+    static const bool has = !qEnvironmentVariableIsEmpty("DISPLAY") ||
+                            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+                            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    return has;
 }
 
 std::unique_ptr<QCoreApplication> makeApplication(Application kind, int &argc, char **argv)

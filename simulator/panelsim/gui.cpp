@@ -141,8 +141,7 @@ ExitCode runGui(const QStringList &arguments)
     Request request;
     if (!readRequest(parser, request))
         return ExitCode::WrongUse;
-    if (request.picture.isEmpty() && !hasDisplay() &&
-        QGuiApplication::platformName() == QLatin1String("offscreen")) {
+    if (request.picture.isEmpty() && !hasDisplay()) {
         complain(
             QStringLiteral("gui: there is no display to open a window on: run it in a graphical session, or "
                            "give --screenshot FILE for a picture"));

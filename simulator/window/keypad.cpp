@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QVariant>
 
 namespace panelkit::simulator {
 
@@ -16,6 +17,7 @@ namespace {
 constexpr int gap = 4;         // between keys
 constexpr int widestKey = 110; // pixels
 constexpr int airBelowField = 6;
+constexpr int mostColumns = 14; // of any layout
 
 bool takesNumbers(const MyLineEdit &field)
 {
@@ -44,8 +46,8 @@ void Keypad::serve(MyLineEdit *field)
         if (field == m_field)
             close();
     });
-    connect(field, &QObject::destroyed, this, [this] {
-        if (m_field == nullptr && isVisible())
+    connect(field, &QObject::destroyed, this, [this, field] {
+        if (m_field == nullptr || m_field == field)
             close();
     });
 }
@@ -86,7 +88,7 @@ void Keypad::build(const KeypadLayout &layout)
     }
     m_buttons.clear();
     m_keys = layout.keys;
-    for (int column = 0; column < 10; ++column)
+    for (int column = 0; column < mostColumns; ++column)
         m_grid->setColumnStretch(column, column < layout.columns ? 1 : 0);
     for (const Key &key : m_keys) {
         auto *button = new QPushButton(this);
@@ -96,6 +98,8 @@ void Keypad::build(const KeypadLayout &layout)
         button->setCheckable(key.action == Key::Action::Shift);
         if (key.action == Key::Action::Enter)
             setPart(button, Part::Primary);
+        else if (key.action != Key::Action::Type)
+            button->setProperty("part", QVariant(QStringLiteral("word")));
         connect(button, &QPushButton::clicked, this, [this, key] { press(key); });
         m_grid->addWidget(button, key.row, key.column, 1, key.span);
         m_buttons.push_back(button);

@@ -12,10 +12,10 @@ constexpr int roomForField = 56; // pixels, for the field and the air around it
 constexpr int highestKey = 64;
 
 // Adds keys that type the characters of `text`, a row of them.
-void addRow(KeypadLayout &layout, const QString &text)
+void addRow(KeypadLayout &layout, const QString &text, int span = 1)
 {
     for (int i = 0; i < text.size(); ++i)
-        layout.keys.push_back({Key::Action::Type, text.mid(i, 1), layout.rows, i, 1});
+        layout.keys.push_back({Key::Action::Type, text.mid(i, 1), layout.rows, i * span, span});
     ++layout.rows;
 }
 
@@ -42,13 +42,14 @@ KeypadLayout letterKeys(const QSize &screen)
 {
     KeypadLayout layout;
     if (isPortrait(screen)) {
-        layout.columns = 7;
-        for (const char *row : {"1234567", "890./#_", "abcdefg", "hijklmn", "opqrstu", "vwxyz -"})
-            addRow(layout, QString::fromLatin1(row));
-        addKey(layout, Key::Action::Shift, layout.rows, 0);
-        addKey(layout, Key::Action::Delete, layout.rows, 1, 2);
-        addKey(layout, Key::Action::Clear, layout.rows, 3, 2);
-        addKey(layout, Key::Action::Enter, layout.rows, 5, 2);
+        layout.columns = 14; // two a letter, so that words find room
+        for (const char *row : {"1234567", "890.-/#", "abcdefg", "hijklmn", "opqrstu", "vwxyz_"})
+            addRow(layout, QString::fromLatin1(row), 2);
+        addKey(layout, Key::Action::Shift, layout.rows - 1, 12, 2);
+        layout.keys.push_back({Key::Action::Type, QStringLiteral(" "), layout.rows, 0, 3});
+        addKey(layout, Key::Action::Delete, layout.rows, 3, 4);
+        addKey(layout, Key::Action::Clear, layout.rows, 7, 3);
+        addKey(layout, Key::Action::Enter, layout.rows, 10, 4);
     } else {
         layout.columns = 10;
         for (const char *row : {"1234567890", "qwertyuiop", "asdfghjkl-", "zxcvbnm./#"})

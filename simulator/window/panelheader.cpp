@@ -12,10 +12,35 @@
 
 namespace panelkit::simulator {
 
+namespace {
+
+// Ends with dots where the whole text does not fit.
+class ElidedLabel : public QLabel
+{
+public:
+    ElidedLabel(const QString &text, QWidget *parent) : QLabel(parent), m_whole(text)
+    {
+        setAccessibleName(text);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QLabel::resizeEvent(event);
+        setText(fontMetrics().elidedText(m_whole, Qt::ElideRight, width()));
+    }
+
+private:
+    const QString m_whole;
+};
+
+} // namespace
+
 PanelHeader::PanelHeader(const Session &session, QWidget *parent)
     : QWidget(parent),
       m_session(session),
-      m_name(new QLabel(this)),
+      m_name(new ElidedLabel(session.project().name, this)),
       m_clock(new QLabel(this)),
       m_language(new QPushButton(this))
 {
@@ -25,8 +50,6 @@ PanelHeader::PanelHeader(const Session &session, QWidget *parent)
     setAttribute(Qt::WA_StyledBackground);
     setFixedHeight(sizes.header);
     m_name->setObjectName(QStringLiteral("projectName"));
-    m_name->setMinimumWidth(0);
-    m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_language->setObjectName(QStringLiteral("language"));
     m_language->setFocusPolicy(Qt::NoFocus);
     m_language->setFixedHeight(sizes.header);
@@ -34,7 +57,7 @@ PanelHeader::PanelHeader(const Session &session, QWidget *parent)
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(sizes.gap + 4, 0, 0, 0);
-    row->setSpacing(sizes.gap + 2);
+    row->setSpacing(isPortrait(screen) ? 4 : sizes.gap + 2);
     row->addWidget(m_name, 1);
     const Communication &comm = session.communication();
     for (const LinkDefinition &link : session.project().links) {
@@ -61,20 +84,6 @@ void PanelHeader::refresh()
 void PanelHeader::setOtherLanguage(const QString &name)
 {
     m_language->setText(name);
-}
-
-void PanelHeader::resizeEvent(QResizeEvent *event)
-{
-    QWidget::resizeEvent(event);
-    elideName();
-}
-
-void PanelHeader::elideName()
-{
-    layout()->activate();
-    m_name->setText(
-        m_name->fontMetrics().elidedText(m_session.project().name, Qt::ElideRight, m_name->width()));
-    m_name->setAccessibleName(m_session.project().name);
 }
 
 } // namespace panelkit::simulator

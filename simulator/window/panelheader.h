@@ -30,12 +30,7 @@ public:
 Q_SIGNALS:
     void otherLanguageWanted();
 
-protected:
-    void resizeEvent(QResizeEvent *event) override;
-
 private:
-    void elideName();
-
     const Session &m_session;
     QLabel *m_name;
     std::vector<LinkLamp *> m_lamps;

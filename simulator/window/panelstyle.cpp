@@ -41,7 +41,7 @@ const char *const styleSheet = R"(
 #header #projectName { font-weight: bold; }
 #header QPushButton, #pageRow QPushButton { background: transparent; color: @onBar@; border: none;
     border-radius: 0; padding: 0 4px; min-height: 0; }
-#header QPushButton { padding: 0 12px; }
+#header QPushButton { padding: 0 8px; }
 #pageRow QPushButton { min-height: 44px; }
 #header QPushButton:pressed { background: @accent@; }
 #pageRow QPushButton { font-size: @caption@px; }
@@ -54,6 +54,9 @@ QPushButton:disabled { color: @dim@; }
 QPushButton[part="primary"] { background: @accent@; border-color: @accent@; color: white; font-weight: bold; }
 QPushButton[part="primary"]:pressed { background: @ink@; border-color: @ink@; }
 QPushButton[part="primary"]:disabled { background: @dim@; border-color: @dim@; }
+
+#keypad QPushButton { padding: 0; min-height: 0; }
+#keypad QPushButton[part="word"], #keypad QPushButton[part="primary"] { font-size: @caption@px; }
 
 QLabel { background: transparent; }
 QLabel[part="heading"] { font-weight: bold; }

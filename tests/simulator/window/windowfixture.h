@@ -33,9 +33,8 @@ inline std::ostream &operator<<(std::ostream &out, const Screen &screen)
 class WindowFixture : public ::testing::Test
 {
 protected:
-    explicit WindowFixture(const Screen &screen = {480, 272})
+    explicit WindowFixture(const Screen &screen = {480, 272}, simulator::SessionOptions options = {})
     {
-        simulator::SessionOptions options;
         options.screen = QSize(screen.width, screen.height);
         session = simulator::Session::open(options, error);
     }
