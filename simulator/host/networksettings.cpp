@@ -9,6 +9,12 @@ namespace panelkit::simulator {
 
 namespace {
 
+constexpr int wordArea = 0;
+constexpr int firstRegister = 64052; // of sixteen
+constexpr int flagArea = 1;
+constexpr int applyFlag = 60213;
+constexpr int reloadFlag = 60214; // the next one
+
 // The 32 bits of an address, most significant byte first; 0 for what is none.
 quint32 bitsOf(const QString &address)
 {
@@ -79,16 +85,40 @@ QList<quint16> partsOfAddress(const QString &text)
     return parts.size() == 4 ? parts : QList<quint16>();
 }
 
+NetworkSettings registeredNetworkSettings(InterfaceComm &comm)
+{
+    NetworkSettings settings;
+    int address = firstRegister;
+    for (QString *text : {&settings.ip, &settings.netMask, &settings.gateway, &settings.dns}) {
+        quint16 parts[4] = {};
+        comm.readRegisters(wordArea, address, 4, parts);
+        *text = QStringLiteral("%1.%2.%3.%4").arg(parts[0]).arg(parts[1]).arg(parts[2]).arg(parts[3]);
+        address += 4;
+    }
+    return settings;
+}
+
+void requestNetworkSettings(InterfaceComm &comm)
+{
+    const quint16 request = 1;
+    comm.writeRegisters(flagArea, reloadFlag, 1, &request);
+}
+
+bool isNetworkRequestPending(InterfaceComm &comm)
+{
+    quint16 requests[2] = {};
+    comm.readRegisters(flagArea, applyFlag, 2, requests);
+    return requests[0] != 0 || requests[1] != 0;
+}
+
 void enterNetworkSettings(InterfaceComm &comm, const NetworkSettings &settings)
 {
-    constexpr int wordArea = 0;
-    constexpr int flagArea = 1;
-    int address = 64052;
+    int address = firstRegister;
     for (const QString &text : {settings.ip, settings.netMask, settings.gateway, settings.dns})
         for (const quint16 part : partsOfAddress(text))
             comm.writeRegisters(wordArea, address++, 1, &part);
     const quint16 request = 1;
-    comm.writeRegisters(flagArea, 60213, 1, &request);
+    comm.writeRegisters(flagArea, applyFlag, 1, &request);
 }
 
 QStringList networkWarnings(const NetworkSettings &settings)

@@ -31,12 +31,21 @@ NetworkSettings storedNetworkSettings();
 // them.
 QList<quint16> partsOfAddress(const QString &text);
 
+// What the registers hold.
+NetworkSettings registeredNetworkSettings(InterfaceComm &comm);
+
+// Sets the flag that asks for the registers to be filled with what is stored.
+void requestNetworkSettings(InterfaceComm &comm);
+
 // Writes four texts of four numbers each to the registers and sets the flag that asks for them to be applied,
 // as an operator does on a screen.
 void enterNetworkSettings(InterfaceComm &comm, const NetworkSettings &settings);
 
+// Whether a request by one of the two flags still stands.
+bool isNetworkRequestPending(InterfaceComm &comm);
+
 // What the library lets pass in four addresses that it accepts, and what may yet cut the panel off; one
-// sentence each.
+// sentence each; English unless a translator is installed.
 QStringList networkWarnings(const NetworkSettings &settings);
 
 } // namespace panelkit::simulator

@@ -11,9 +11,11 @@ namespace {
 
 const char *const productFolders[] = {
     "/etc",
+    usbFolder,
     "/proc",
     "/usr/tesk42/APP",
     "/usr/tesk42/IOT",
+    exportFolder,
     "/usr/tesk42/iot_work/iotRunTime",
     "/usr/tesk42/project/cache",
     "/usr/tesk42/project/driver",

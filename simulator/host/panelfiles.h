@@ -9,9 +9,11 @@
 
 namespace panelkit::simulator {
 
-// Files that the simulator itself keeps in the panel's tree.
+// Files and folders that the simulator itself keeps in the panel's tree.
 inline constexpr char configurationPath[] =
     "/etc/panel.ini"; // the system configuration, with the panel's address
+inline constexpr char exportFolder[] = "/usr/tesk42/data"; // what operators export, on the panel
+inline constexpr char usbFolder[] = "/media/usb";          // and on a stick of theirs
 inline constexpr char linkSettingsPath[] =
     "/usr/tesk42/APP/linkparams.ini"; // parameters that operators saved
 

@@ -1,5 +1,8 @@
 #include "simulator/host/projectchecker.h"
 
+#include "register/addresstext.h"
+#include "register/registervaluechange.h"
+#include "simulator/comm/communication.h"
 #include "simulator/host/session.h"
 #include "simulator/platform/objecttree.h"
 
@@ -61,6 +64,11 @@ CheckedAddress ProjectChecker::check(const TypedAddress &address)
         checked.written << qMakePair(QString(QLatin1String(name)),
                                      object_get_property_value_type_string(item, name, QString()));
     checked.index = object_get_property_value_type_int32(item, "index", 0);
+    RegisterValueChange record = {};
+    if (ObjectAddress2RegisterValueChange(item, record)) {
+        checked.station = record.station;
+        conversionAddr2UIText(record, address.number, &m_session.communication(), checked.shown);
+    }
     return checked;
 }
 

@@ -20,6 +20,8 @@ struct CheckedAddress
     QString explanation;                    // empty for a valid address
     QList<QPair<QString, QString>> written; // property and value; empty unless the address is valid
     int index = 0;                          // that was written
+    QString shown;                          // the address as a screen shows it; empty unless it is valid
+    int station = -1;                       // that is asked for it; -1 in the panel's own memory
 };
 
 // What is to be said of an item.

@@ -87,6 +87,14 @@ std::optional<Table> readTable(const QString &path, QString &error)
     return table;
 }
 
+QString freeFile(const QString &folder, const QString &name, const QString &suffix)
+{
+    QString path = QStringLiteral("%1/%2.%3").arg(folder, name, suffix);
+    for (int number = 2; QFileInfo::exists(path) || QFileInfo(path).isSymLink(); ++number)
+        path = QStringLiteral("%1/%2-%3.%4").arg(folder, name, QString::number(number), suffix);
+    return path;
+}
+
 bool exportCsv(const Table &table, const QString &path, bool append, QString &error)
 {
     if (!canBeWritten(path, error))

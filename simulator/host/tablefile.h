@@ -25,6 +25,10 @@ Table itemTable(const Session &session, const QDateTime &time);
 // one line in `error`, when the file cannot be read.
 std::optional<Table> readTable(const QString &path, QString &error);
 
+// The path of a file in `folder` that does not exist yet: "NAME.SUFFIX", or with "-2", "-3" ... behind the
+// name.
+QString freeFile(const QString &folder, const QString &name, const QString &suffix);
+
 // Export a table with the library, which reports nothing, and look at the file. False, with one line in
 // `error`, when it cannot be written, or not whole.
 bool exportCsv(const Table &table, const QString &path, bool append, QString &error);

@@ -18,7 +18,7 @@ class ValueHistory
 public:
     // Announces the addresses of all items to the session, which must live longer than this. Of more than
     // `capacity` rows the oldest go, a whole sample at a time.
-    explicit ValueHistory(const Session &session, std::size_t capacity = 100'000);
+    explicit ValueHistory(const Session &session, std::size_t capacity = 100000);
 
     // Adds a row for each item. Never waits for a PLC: as long as nothing has come from one, its items have
     // an empty text.

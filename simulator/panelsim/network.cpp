@@ -15,10 +15,6 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr int wordArea = 0;
-constexpr int flagArea = 1;
-constexpr int reloadFlag = 60214;
-
 // The four settings, in the order of their registers.
 struct Setting
 {
@@ -75,22 +71,21 @@ std::optional<NetworkSettings> wantedSettings(NetworkSettings stored, const QStr
 void printSettings(Communication &comm)
 {
     const NetworkSettings stored = storedNetworkSettings();
+    const NetworkSettings registered = registeredNetworkSettings(comm);
     QList<QStringList> rows{
         {QStringLiteral("SETTING"), QStringLiteral("REGISTERS"), QStringLiteral("VALUE")}};
     for (const Setting &setting : settings) {
-        quint16 words[4] = {};
-        comm.readRegisters(wordArea, setting.firstRegister, 4, words);
         rows << QStringList{QLatin1String(setting.name),
                             QStringLiteral("%1-%2").arg(setting.firstRegister).arg(setting.firstRegister + 3),
-                            (stored.*setting.text).isEmpty() ? QStringLiteral("not set") : dottedText(words)};
+                            (stored.*setting.text).isEmpty() ? QStringLiteral("not set")
+                                                             : registered.*setting.text};
     }
     print(alignedRows(rows));
 }
 
 ExitCode show(Session &session)
 {
-    const quint16 request = 1;
-    session.communication().writeRegisters(flagArea, reloadFlag, 1, &request);
+    requestNetworkSettings(session.communication());
     session.flags().poll();
     printSettings(session.communication());
     return ExitCode::Done;
