@@ -2,6 +2,314 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>panelkit::simulator::AddressPage</name>
+    <message>
+        <source>Address</source>
+        <translation>地址校验</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>链接</translation>
+    </message>
+    <message>
+        <source>Block</source>
+        <translation>寄存器区</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>编号</translation>
+    </message>
+    <message>
+        <source>Access</source>
+        <translation>访问方式</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Word</source>
+        <translation>字</translation>
+    </message>
+    <message>
+        <source>Bit</source>
+        <translation>位</translation>
+    </message>
+    <message>
+        <source>On screens</source>
+        <translation>画面显示</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>索引</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>站号</translation>
+    </message>
+    <message>
+        <source>Type a block and a number.</source>
+        <translation>请输入寄存器区和编号。</translation>
+    </message>
+    <message>
+        <source>The number of the link stands before the block with &quot;/&quot;, a station with &quot;#&quot;: 2/3#4x.</source>
+        <translation>寄存器区前可加链接号和“/”，再加站号和“#”，例如 2/3#4x。</translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation>地址无效</translation>
+    </message>
+    <message>
+        <source>The length is a whole number from 1 on.</source>
+        <translation>长度必须是不小于 1 的整数。</translation>
+    </message>
+    <message>
+        <source>Valid</source>
+        <translation>地址有效</translation>
+    </message>
+    <message>
+        <source>Passes unchecked</source>
+        <translation>未校验，放行</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+</context>
+<context>
+    <name>panelkit::simulator::DevicePage</name>
+    <message>
+        <source>no parity</source>
+        <translation>无校验</translation>
+    </message>
+    <message>
+        <source>odd parity</source>
+        <translation>奇校验</translation>
+    </message>
+    <message>
+        <source>even parity</source>
+        <translation>偶校验</translation>
+    </message>
+    <message>
+        <source>%1, %2 baud, %3 data bits, %4, stop bits: %5</source>
+        <translation>%1，波特率 %2，数据位 %3，%4，停止位 %5</translation>
+    </message>
+    <message>
+        <source>station %1, every %2 ms, time-out %3 ms, retries: %4</source>
+        <translation>站号 %1，轮询间隔 %2 ms，超时 %3 ms，重试 %4 次</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>CPU load</source>
+        <translation>CPU 负载</translation>
+    </message>
+    <message>
+        <source>Free memory</source>
+        <translation>可用内存</translation>
+    </message>
+    <message>
+        <source>Disk</source>
+        <translation>磁盘容量</translation>
+    </message>
+    <message>
+        <source>Free on disk</source>
+        <translation>磁盘可用</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>型号</translation>
+    </message>
+    <message>
+        <source>IoT version</source>
+        <translation>IoT 版本</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>函数库</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>链接</translation>
+    </message>
+    <message>
+        <source>not set</source>
+        <translation>未设置</translation>
+    </message>
+    <message>
+        <source>A panel counts memory to 4 GiB and begins again; here %1 MiB are free.</source>
+        <translation>面板的内存计数满 4 GiB 后从零重新开始；本机实际可用 %1 MiB。</translation>
+    </message>
+</context>
+<context>
+    <name>panelkit::simulator::ExportPage</name>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>内容</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>当前值</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>历史</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>格式</translation>
+    </message>
+    <message>
+        <source>CSV</source>
+        <translation>CSV</translation>
+    </message>
+    <message>
+        <source>PDF</source>
+        <translation>PDF</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>文件夹</translation>
+    </message>
+    <message>
+        <source>Choose...</source>
+        <translation>选择…</translation>
+    </message>
+    <message>
+        <source>Choose the folder</source>
+        <translation>选择文件夹</translation>
+    </message>
+    <message>
+        <source>Folder for the export</source>
+        <translation>选择导出文件夹</translation>
+    </message>
+    <message>
+        <source>Internal storage</source>
+        <translation>内部存储</translation>
+    </message>
+    <message>
+        <source>USB disk</source>
+        <translation>U 盘</translation>
+    </message>
+    <message>
+        <source>The history has %1 rows.</source>
+        <translation>历史记录共 %1 行。</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Item</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>地址</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Writing...</source>
+        <translation>正在写入…</translation>
+    </message>
+    <message>
+        <source>Writing %1...</source>
+        <translation>正在写入 %1…</translation>
+    </message>
+    <message>
+        <source>%1: the last %2 rows of %3, %4 bytes</source>
+        <translation>%1：最近 %2 行（共 %3 行），%4 字节</translation>
+    </message>
+    <message>
+        <source>%1: %2 rows, %3 bytes</source>
+        <translation>%1：%2 行，%3 字节</translation>
+    </message>
+    <message>
+        <source>%1 is not whole: there is too little room in the folder.</source>
+        <translation>%1 不完整：文件夹所在磁盘空间不足。</translation>
+    </message>
+    <message>
+        <source>Nothing can be written to this folder. Choose another one.</source>
+        <translation>无法写入该文件夹，请另选一个。</translation>
+    </message>
+</context>
+<context>
+    <name>panelkit::simulator::NetworkPage</name>
+    <message>
+        <source>Network</source>
+        <translation>网络</translation>
+    </message>
+    <message>
+        <source>IP address</source>
+        <translation>IP 地址</translation>
+    </message>
+    <message>
+        <source>Subnet mask</source>
+        <translation>子网掩码</translation>
+    </message>
+    <message>
+        <source>Gateway</source>
+        <translation>网关</translation>
+    </message>
+    <message>
+        <source>DNS server</source>
+        <translation>DNS 服务器</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>重新读取</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>Apply anyway</source>
+        <translation>仍要应用</translation>
+    </message>
+    <message>
+        <source>Applying...</source>
+        <translation>正在应用…</translation>
+    </message>
+    <message>
+        <source>The IP address is not four numbers from 0 to 255 with dots between.</source>
+        <translation>IP 地址应为四个 0 至 255 的数，以点分隔。</translation>
+    </message>
+    <message>
+        <source>The subnet mask is not four numbers from 0 to 255 with dots between.</source>
+        <translation>子网掩码应为四个 0 至 255 的数，以点分隔。</translation>
+    </message>
+    <message>
+        <source>The gateway is not four numbers from 0 to 255 with dots between.</source>
+        <translation>网关应为四个 0 至 255 的数，以点分隔。</translation>
+    </message>
+    <message>
+        <source>The DNS server is not four numbers from 0 to 255 with dots between.</source>
+        <translation>DNS 服务器应为四个 0 至 255 的数，以点分隔。</translation>
+    </message>
+    <message>
+        <source>The panel now has the IP address %1.</source>
+        <translation>面板的 IP 地址已设为 %1。</translation>
+    </message>
+    <message>
+        <source>The panel could not store the settings: is its disk full?</source>
+        <translation>面板无法保存设置，请检查磁盘是否已满。</translation>
+    </message>
+</context>
+<context>
     <name>AddressExplanation</name>
     <message>
         <source>No link is called &quot;%1&quot;. The project has: %2.</source>

@@ -1,7 +1,11 @@
 #include "simulator/window/panelwindow.h"
 
 #include "simulator/host/session.h"
+#include "simulator/window/addresspage.h"
+#include "simulator/window/devicepage.h"
+#include "simulator/window/exportpage.h"
 #include "simulator/window/keypad.h"
+#include "simulator/window/networkpage.h"
 #include "simulator/window/operatepage.h"
 #include "simulator/window/page.h"
 #include "simulator/window/pagerow.h"
@@ -70,6 +74,10 @@ void PanelWindow::addPages()
 {
     addPage("values", new ValuesPage(m_session, m_pages));
     addPage("operate", new OperatePage(m_session, *m_runtime, m_pages));
+    addPage("export", new ExportPage(m_session, m_pages));
+    addPage("network", new NetworkPage(m_session, m_pages));
+    addPage("device", new DevicePage(m_session, m_pages));
+    addPage("address", new AddressPage(m_session, m_pages));
 }
 
 void PanelWindow::buildLayout()
