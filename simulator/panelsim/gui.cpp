@@ -173,6 +173,7 @@ ExitCode runGui(const QStringList &arguments)
     if (!request.picture.isEmpty())
         return takePicture(*session, window, request.picture);
     quitOnInterrupt();
+    print(QStringLiteral("The window is open. Ctrl-C ends this.\n"));
     QApplication::exec();
     return ExitCode::Done;
 }

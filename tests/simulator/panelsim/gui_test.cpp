@@ -1,0 +1,168 @@
+#include "tests/simulator/panelsim/program.h"
+
+#include <QImage>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <csignal>
+
+using panelkit::testing::programDeadline;
+using panelkit::testing::ProgramRun;
+
+namespace {
+
+// The window of panelsim on a machine whose only display is the one named here; none by default.
+class Gui : public ::testing::Test
+{
+protected:
+    Gui()
+    {
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QLatin1String(name));
+        environment.insert(QStringLiteral("FONTCONFIG_FILE"), QStringLiteral(PANELKIT_TEST_FONTS));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder.path());
+    }
+
+    void start(QProcess &process, const QStringList &arguments)
+    {
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(PANELSIM), QStringList(QStringLiteral("gui")) + arguments);
+        process.closeWriteChannel();
+    }
+
+    ProgramRun gui(const QStringList &arguments)
+    {
+        QProcess process;
+        start(process, arguments);
+        if (!process.waitForFinished(programDeadline) || process.exitStatus() != QProcess::NormalExit) {
+            ADD_FAILURE() << "panelsim gui did not end by itself";
+            return {};
+        }
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    QImage picture(QStringList arguments)
+    {
+        const QString file = folder.filePath(QStringLiteral("picture.png"));
+        arguments << QStringLiteral("--screenshot") << file;
+        const ProgramRun run = gui(arguments);
+        EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+        EXPECT_EQ(run.err.toStdString(), "");
+        return QImage(file);
+    }
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QTemporaryDir folder;
+};
+
+int colourCount(const QImage &image)
+{
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            colours.insert(image.pixel(x, y));
+    return static_cast<int>(colours.size());
+}
+
+} // namespace
+
+TEST_F(Gui, WritesAPictureOfEveryPageWithoutADisplay)
+{
+    const QString pages = QStringLiteral("values operate export network device address");
+    QList<QImage> pictures;
+    for (const QString &page : pages.split(QLatin1Char(' '))) {
+        const QImage image = picture({QStringLiteral("--page"), page});
+        EXPECT_EQ(image.size(), QSize(800, 480)) << page.toStdString();
+        EXPECT_GT(colourCount(image), 20) << page.toStdString();
+        EXPECT_FALSE(pictures.contains(image)) << page.toStdString() << " looks as another page does";
+        pictures << image;
+    }
+}
+
+TEST_F(Gui, WritesAPictureOfEverySizeInEveryLanguage)
+{
+    for (const char *screen : {"480x272", "272x480", "800x480"}) {
+        const QStringList arguments{QStringLiteral("--screen"), QLatin1String(screen)};
+        const QImage english = picture(arguments);
+        EXPECT_EQ(english.size(), QSize(QString::fromLatin1(screen).section(QLatin1Char('x'), 0, 0).toInt(),
+                                        QString::fromLatin1(screen).section(QLatin1Char('x'), 1).toInt()));
+        const QImage chinese =
+            picture(arguments + QStringList{QStringLiteral("--language"), QStringLiteral("zh_CN")});
+        EXPECT_EQ(chinese.size(), english.size());
+        EXPECT_NE(chinese, english) << screen;
+    }
+}
+
+TEST_F(Gui, SaysThatAPictureCannotBeWritten)
+{
+    const QString file = folder.filePath(QStringLiteral("nowhere/picture.png"));
+    const ProgramRun run = gui({QStringLiteral("--screenshot"), file});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err,
+              QStringLiteral("panelsim: %1: the picture cannot be written there: name a file in a folder of "
+                             "yours\n")
+                  .arg(file));
+}
+
+TEST_F(Gui, SaysThatThereIsNoDisplayAndTheWayOut)
+{
+    const ProgramRun run = gui({});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err.toStdString(),
+              "panelsim: gui: there is no display to open a window on: run it in a graphical "
+              "session, or give --screenshot FILE for a picture\n");
+}
+
+TEST_F(Gui, SaysThatTheDisplayCannotBeOpened)
+{
+    environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":987"));
+    const ProgramRun run = gui({});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err.toStdString(),
+              "panelsim: gui: the display ':987' cannot be opened: run it in a session that "
+              "has one, or give --screenshot FILE for a picture\n");
+}
+
+TEST_F(Gui, RefusesWhatItDoesNotKnow)
+{
+    ProgramRun run = gui({QStringLiteral("--language"), QStringLiteral("xx")});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err.toStdString(), "panelsim: --language 'xx': there are en and zh_CN\n");
+    run = gui({QStringLiteral("--screen"), QStringLiteral("480")});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err.toStdString(),
+              "panelsim: --screen '480' is not WIDTHxHEIGHT with sides from 240 to 4096 pixels, "
+              "as in 480x272\n");
+    run = gui({QStringLiteral("--page"), QStringLiteral("nowhere"), QStringLiteral("--screenshot"),
+               folder.filePath(QStringLiteral("picture.png"))});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err.toStdString(),
+              "panelsim: --page 'nowhere': there are values, operate, export, network, device, address\n");
+}
+
+TEST_F(Gui, SaysThatAPlcDidNotAnswerForThePicture)
+{
+    const QString file = folder.filePath(QStringLiteral("picture.png"));
+    const ProgramRun run =
+        gui({QStringLiteral("--plc"), QStringLiteral("127.0.0.1:1"), QStringLiteral("--screenshot"), file});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(QImage(file).size(), QSize(800, 480));
+}
+
+TEST_F(Gui, EndsCleanlyOnSigintAndSigterm)
+{
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    for (const int signalNumber : {SIGINT, SIGTERM}) {
+        QProcess process;
+        start(process, {});
+        while (process.state() != QProcess::NotRunning && !process.canReadLine())
+            process.waitForReadyRead(100);
+        EXPECT_EQ(process.readLine().trimmed().toStdString(), "The window is open. Ctrl-C ends this.");
+        kill(static_cast<pid_t>(process.processId()), signalNumber);
+        ASSERT_TRUE(process.waitForFinished(programDeadline));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 0);
+        EXPECT_EQ(process.readAllStandardError().toStdString(), "");
+    }
+}
