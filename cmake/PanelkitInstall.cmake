@@ -9,7 +9,7 @@ if(PANELKIT_PLATFORM STREQUAL "simulator")
   list(APPEND PANELKIT_INSTALLED_TARGETS ${PANELKIT_PLATFORM_LIBRARIES})
 endif()
 if(TARGET panelsim)
-  set(PANELKIT_SAMPLE_DRIVERS driver_ByteAddressed driver_Modbus)
+  set(PANELKIT_SAMPLE_DRIVERS driver_ByteAddressed driver_Modbus driver_SoakCoded)
   list(APPEND PANELKIT_INSTALLED_TARGETS panelsim ${PANELKIT_SAMPLE_DRIVERS})
 endif()
 

@@ -17,15 +17,6 @@ namespace panelkit::simulator {
 
 namespace {
 
-// The drivers that come along lie in a folder beside the stand-in of the system library, wherever that is.
-QString ownDriverFolder()
-{
-    Dl_info place;
-    if (dladdr(reinterpret_cast<void *>(&sys_base_get_app_pro), &place) == 0)
-        return QString();
-    return QFileInfo(QFile::decodeName(place.dli_fname)).absolutePath() + QLatin1String("/drivers");
-}
-
 class DriverProblem
 {
     Q_DECLARE_TR_FUNCTIONS(DriverProblem)
@@ -88,6 +79,15 @@ void diagnoseLibrary(DriverDiagnosis &diagnosis)
 }
 
 } // namespace
+
+// In a folder beside the stand-in of the system library, wherever that is.
+QString ownDriverFolder()
+{
+    Dl_info place;
+    if (dladdr(reinterpret_cast<void *>(&sys_base_get_app_pro), &place) == 0)
+        return QString();
+    return QFileInfo(QFile::decodeName(place.dli_fname)).absolutePath() + QLatin1String("/drivers");
+}
 
 bool placeDrivers(const Project &project, const PanelFiles &files, QString &error)
 {

@@ -66,6 +66,11 @@ std::unique_ptr<QCoreApplication> makeApplication(Application kind, int &argc, c
         useNoDisplay();
         application = std::make_unique<QGuiApplication>(argc, argv);
         break;
+    case Application::Hidden:
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        useNoDisplay();
+        application = std::make_unique<QApplication>(argc, argv);
+        break;
     case Application::Window:
         if (!hasDisplay() || isForPicture(argc, argv))
             useNoDisplay();

@@ -11,6 +11,7 @@ enum class Application
 {
     Console,
     Drawing, // text drawn into files, which takes fonts but no screen
+    Hidden,  // windows that nobody sees
     Window   // on this machine's display; without one, or for a picture, on none
 };
 

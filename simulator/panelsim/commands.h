@@ -18,5 +18,6 @@ ExitCode runMacro(const QStringList &arguments);
 ExitCode runNetwork(const QStringList &arguments);
 ExitCode runServe(const QStringList &arguments);
 ExitCode runShow(const QStringList &arguments);
+ExitCode runSoak(const QStringList &arguments);
 
 } // namespace panelkit::simulator

@@ -31,6 +31,8 @@ const Command commands[] = {
     {"network", "show, set or plan the panel's own address, as a screen does", runNetwork},
     {"serve", "run the bottling line's PLC for other programs", runServe},
     {"show", "show the values of a project's items", runShow},
+    {"soak", "drive everything at once, with faults by plan, and look for losses", runSoak,
+     Application::Hidden},
 };
 
 void printHelp(FILE *stream)

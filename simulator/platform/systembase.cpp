@@ -1,8 +1,12 @@
 #include "simulator/platform/systembase.h"
 
+#include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryFile>
 
+#include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 
 namespace panelkit::simulator {
 
@@ -53,11 +57,25 @@ void readConfiguration()
     network.dns = settings.value(QStringLiteral("dns")).toString();
 }
 
+// On a full disk the toolkit puts a file that is cut off in the place of the settings and reports success. So
+// nothing is set unless there is room for the whole file anew, an address more, and the toolkit's lock file.
+bool hasRoomFor(const QString &settingsFile)
+{
+    const qint64 needed = QFileInfo(settingsFile).size() + 8192;
+    QTemporaryFile probe(settingsFile + QLatin1String(".XXXXXX"));
+    if (!probe.open())
+        return true;
+    const int error = posix_fallocate(probe.handle(), 0, static_cast<off_t>(needed));
+    return error != ENOSPC && error != EDQUOT && error != EFBIG;
+}
+
 void store(const char *operation, QString NetworkConfiguration::*field, const char *key, const QString &value)
 {
     observe(QByteArray(operation) + ' ' + value.toUtf8());
     state().network.*field = value;
     if (state().configurationFile.isEmpty())
+        return;
+    if (!hasRoomFor(state().configurationFile))
         return;
     QSettings settings(state().configurationFile, QSettings::IniFormat);
     settings.setValue(QStringLiteral("network/") + QLatin1String(key), value);

@@ -1,0 +1,29 @@
+// What a process holds of the system.
+#pragma once
+
+#include <QStringList>
+
+namespace panelkit::simulator {
+
+struct Footprint
+{
+    qint64 heap = 0;     // bytes in use, as the allocator counts them
+    qint64 resident = 0; // bytes of memory that the process occupies
+    int descriptors = 0; // open
+    int threads = 0;
+
+    static Footprint now();
+};
+
+// How much more a process may hold after work that leaves nothing behind: room for what the toolkit and the
+// allocator keep, and nothing for descriptors and threads.
+struct FootprintBounds
+{
+    qint64 heap = 512 * 1024;
+    qint64 resident = 16 * 1024 * 1024;
+};
+
+// A sentence for each that has grown beyond the bounds.
+QStringList growth(const Footprint &before, const Footprint &after, const FootprintBounds &bounds = {});
+
+} // namespace panelkit::simulator
