@@ -17,6 +17,7 @@ namespace {
 constexpr std::chrono::milliseconds pauseBetweenActions{2};
 constexpr std::chrono::minutes defaultDuration{2};
 constexpr std::chrono::minutes longestWarmUp{2};
+constexpr std::chrono::minutes betweenReports{5};
 
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
@@ -128,6 +129,17 @@ void runSoak(Soak &soak, Milliseconds duration, const QElapsedTimer &clock)
         if (soak.actions() % 64 == 0 && !soak.losses().isEmpty())
             QCoreApplication::quit();
     });
+    const auto report = [&] {
+        if (const auto footprint = soak.footprint())
+            print(QStringLiteral("after %1 minutes: %2 actions, heap %3 KB, resident %4 KB\n")
+                      .arg(clock.elapsed() / 60000)
+                      .arg(soak.actions())
+                      .arg(footprint->heap / 1024)
+                      .arg(footprint->resident / 1024));
+    };
+    QTimer reports;
+    QObject::connect(&reports, &QTimer::timeout, report);
+    reports.start(betweenReports);
     timer.start(pauseBetweenActions);
     QCoreApplication::exec();
     timer.stop();
@@ -139,8 +151,8 @@ QtMessageHandler earlierHandler = nullptr;
 // A platform without a screen complains of every window whose size is fixed.
 void hearWarnings()
 {
-    earlierHandler = qInstallMessageHandler(
-        [](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+    earlierHandler =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
             if (!text.contains(QLatin1String("propagateSizeHints")))
                 earlierHandler(type, context, text);
         });
@@ -203,7 +215,7 @@ ExitCode runSoak(const QStringList &arguments)
     printRoads(*soak);
     printFaults(*soak);
     printFootprints(*soak);
-    const QStringList losses = soak->losses();
+    const QStringList losses = soak->losses() + soak->growths();
     if (losses.isEmpty())
         return ExitCode::Done;
     complain(QStringLiteral("soak: seed %1, up to action %2: %3%4")

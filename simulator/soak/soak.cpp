@@ -20,6 +20,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFile>
+#include <QPixmapCache>
 #include <QTemporaryDir>
 
 #include <system_error>
@@ -202,6 +203,7 @@ void Soak::endShift()
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     clearEventLibrary();
+    QPixmapCache::clear(); // it would go on to fill up to its limit
     parts.last = Footprint::now();
     ++parts.shifts;
 }
@@ -278,9 +280,12 @@ QStringList Soak::losses() const
                           .arg(count.answered)
                           .arg(count.refused);
     }
-    if (m_parts->warm && m_parts->last)
-        losses << growth(*m_parts->warm, *m_parts->last);
     return losses;
+}
+
+QStringList Soak::growths() const
+{
+    return m_parts->warm && m_parts->last ? growth(*m_parts->warm, *m_parts->last) : QStringList();
 }
 
 } // namespace panelkit::simulator

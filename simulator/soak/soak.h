@@ -61,8 +61,10 @@ public:
     std::optional<Footprint> footprintWarm() const; // nothing before the end of the warm-up
     std::optional<Footprint> footprint() const;     // the last one; nothing before the first shift is over
 
-    // Everything that was lost or has grown, a sentence each; empty when all is well.
+    // Everything that was lost, and everything that has grown since the warm-up, a sentence each; empty when
+    // all is well.
     QStringList losses() const;
+    QStringList growths() const;
 
 private:
     Soak();
