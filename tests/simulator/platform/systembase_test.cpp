@@ -7,6 +7,9 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 using namespace panelkit::simulator;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -162,6 +165,33 @@ TEST_F(SystemBase, ReadsAMissingFileAsEmptyTexts)
     setSettings("10.0.0.5", "255.0.0.0", "10.0.0.1", "9.9.9.9");
     setConfigurationFile(inFolder("missing.ini"));
     EXPECT_EQ(settings(), texts("", "", "", ""));
+}
+
+TEST_F(SystemBase, LosesNothingThatTheFileHeldOnADiskThatFillsUp)
+{
+    // Longer than the file by which the toolkit locks the settings, whose failure would end it all.
+    const QByteArray before = "[network]\nip=192.168.1.10\n\n[other]\nvalue=" + QByteArray(600, '7') + '\n';
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit earlier = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &earlier), 0);
+    for (int room = 0; room <= before.size(); room += 25) {
+        const QString path = inFolder("panel.ini") + QString::number(room);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(before);
+        file.close();
+        setConfigurationFile(path);
+
+        rlimit full = earlier;
+        full.rlim_cur = static_cast<rlim_t>(room);
+        setrlimit(RLIMIT_FSIZE, &full);
+        sys_base_set_config_Ip(QStringLiteral("10.0.0.1"));
+        setrlimit(RLIMIT_FSIZE, &earlier);
+
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), before) << room;
+    }
+    std::signal(SIGXFSZ, handler);
 }
 
 TEST_F(SystemBase, TellsTheObserverOfEachCallBeforeItTakesEffect)
