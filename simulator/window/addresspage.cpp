@@ -51,6 +51,7 @@ AddressPage::AddressPage(Session &session, QWidget *parent)
     connect(m_link, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &AddressPage::offerLink);
     for (MyLineEdit *edit : {m_block, m_number, m_length})
         connect(edit, &QLineEdit::textChanged, this, &AddressPage::check);
+    m_length->setInputMethodHints(Qt::ImhDigitsOnly);
     connect(m_access, &ChoiceRow::changed, this, &AddressPage::check);
     offerLink(m_link->currentIndex());
     retranslate();

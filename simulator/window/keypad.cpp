@@ -98,7 +98,7 @@ void Keypad::build(const KeypadLayout &layout)
         button->setCheckable(key.action == Key::Action::Shift);
         if (key.action == Key::Action::Enter)
             setPart(button, Part::Primary);
-        else if (key.action != Key::Action::Type)
+        else if (key.action != Key::Action::Type || key.text == QLatin1String(" "))
             button->setProperty("part", QVariant(QStringLiteral("word")));
         connect(button, &QPushButton::clicked, this, [this, key] { press(key); });
         m_grid->addWidget(button, key.row, key.column, 1, key.span);

@@ -31,6 +31,7 @@ void NetworkPage::addSetting(const char *objectName, QString NetworkSettings::*t
     auto *const edit = new MyLineEdit(this);
     edit->setObjectName(QLatin1String(objectName));
     edit->setMaxLength(23); // four numbers of a register each
+    edit->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     connect(edit, &QLineEdit::textChanged, this, &NetworkPage::noteEdit);
     m_settings << Setting{text, edit, new CaptionedField(edit, this)};
 }

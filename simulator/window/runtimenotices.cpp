@@ -5,14 +5,32 @@
 
 #include <QDialog>
 #include <QEvent>
-#include <QLabel>
+#include <QStringList>
+#include <QTextLayout>
 
 namespace panelkit::simulator {
 
 namespace {
 
-constexpr int widestText = 360;    // pixels
+constexpr int widestLine = 290;    // pixels; what is wider than 300 the library's box breaks within words
 constexpr int roomBesideText = 90; // left and right of it on the screen
+
+// The text with a line break wherever a line would be wider than `width`. The toolkit's boxes would measure
+// by the PC's screen.
+QString inLines(const QString &text, const QFont &font, int width)
+{
+    QStringList lines;
+    for (const QString &paragraph : text.split(QLatin1Char('\n'))) {
+        QTextLayout layout(paragraph, font);
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(width);
+            lines << paragraph.mid(line.textStart(), line.textLength()).trimmed();
+        }
+        layout.endLayout();
+    }
+    return lines.join(QLatin1Char('\n'));
+}
 
 } // namespace
 
@@ -40,11 +58,8 @@ QDialog *RuntimeNotices::questionBox(const QString &text)
 {
     auto *box = new HMIMessageBox(m_window, m_window->windowTitle(), text, tr("OK"), QString());
     box->setWindowModality(Qt::WindowModal);
-    // As wide as the panel allows: the toolkit would measure by the PC's screen.
-    if (auto *label = box->findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
-        label->setWordWrap(true);
-        label->setFixedWidth(qMin(widestText, m_window->width() - roomBesideText));
-    }
+    box->ensurePolished();
+    box->setText(inLines(text, box->font(), lineWidth()));
     return box;
 }
 
@@ -52,8 +67,13 @@ QDialog *RuntimeNotices::passingBox(const QString &text, int seconds)
 {
     auto *box = new MyMessagebox(QString());
     box->setParent(m_window, box->windowFlags());
-    box->setText(text, seconds);
+    box->setText(inLines(text, box->font(), lineWidth()), seconds);
     return box;
+}
+
+int RuntimeNotices::lineWidth() const
+{
+    return qMin(widestLine, m_window->width() - roomBesideText);
 }
 
 // However a box goes, it hides; the next one follows when it is out of the way.

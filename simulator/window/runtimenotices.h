@@ -39,6 +39,7 @@ private:
     void showNext();
     QDialog *questionBox(const QString &text);
     QDialog *passingBox(const QString &text, int seconds);
+    int lineWidth() const; // pixels, of a message on the panel's screen
 
     QWidget *m_window;
     QPointer<QDialog> m_box;

@@ -2,6 +2,7 @@
 #include "platform/hmi_event.h"
 #include "simulator/window/panelruntime.h"
 #include "simulator/window/runtimenotices.h"
+#include "tests/simulator/window/cutofftexts.h"
 #include "tests/simulator/window/panelwindowfixture.h"
 
 #include "widgets/hmimessagebox.h"
@@ -44,6 +45,25 @@ protected:
     {
         const QDialog *shown = box();
         return shown != nullptr && shown->isVisible();
+    }
+
+    QString shownText() const
+    {
+        const QDialog *shown = box();
+        const QLabel *label = shown != nullptr ? shown->findChild<QLabel *>(textLabelName()) : nullptr;
+        return label != nullptr ? label->text() : QString();
+    }
+
+    QString cutOff() const
+    {
+        const QDialog *shown = box();
+        return shown != nullptr ? panelkit::testing::cutOffTexts(*shown).join(QLatin1Char('\n')) : QString();
+    }
+
+    // The toolkit's box names its label, the library's own has but one.
+    QString textLabelName() const
+    {
+        return question() != nullptr ? QStringLiteral("qt_msgbox_label") : QString();
     }
 
     void closeUnanswered()
@@ -108,11 +128,21 @@ TEST_P(RuntimeNoticesScreen, ABoxThatIsClosedUnansweredIsAnnounced)
     WAIT_FOR(boxText() == QLatin1String("two"));
 }
 
-TEST_P(RuntimeNoticesScreen, AMessageIsTakenIntoTheScreensWidth)
+TEST_P(RuntimeNoticesScreen, ALongMessageIsBrokenIntoLinesOfTheScreensWidth)
 {
-    post("The IP address setting is incorrect. Please re-enter it. This one is longer than any line.", 30, 2);
-    WAIT_FOR(isShown());
-    EXPECT_LE(boxSize().width(), GetParam().width);
+    const char *const text =
+        "The IP address setting is incorrect. Please re-enter it. This one is longer than any line.";
+    for (const int needsAnswer : {2, 0}) {
+        post(text, 1, needsAnswer);
+        WAIT_FOR(isShown());
+        EXPECT_LE(boxSize().width(), GetParam().width);
+        EXPECT_EQ(shownText().replace(QLatin1Char('\n'), QLatin1Char(' ')), QLatin1String(text));
+        EXPECT_GT(shownText().count(QLatin1Char('\n')), 0);
+        EXPECT_EQ(cutOff().toStdString(), "");
+        if (needsAnswer != 0)
+            answer();
+        WAIT_FOR(box() == nullptr);
+    }
 }
 
 INSTANTIATE_ON_EVERY_SCREEN(RuntimeNoticesScreen);
