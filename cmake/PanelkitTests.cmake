@@ -4,6 +4,8 @@ find_package(GTest REQUIRED)
 find_package(Qt${PANELKIT_QT} REQUIRED COMPONENTS Test)
 include(GoogleTest)
 
+set(PANELKIT_TEST_COMPILE_OPTIONS "" CACHE STRING "Compiler options of the tests' own sources, after all others")
+
 # panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [THREADS]
 #                   [LIBRARIES <target>...])
 #
@@ -24,6 +26,7 @@ function(panelkit_add_test name)
   set_target_properties(${name} PROPERTIES
     AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_compile_options(${name} PRIVATE ${PANELKIT_TEST_COMPILE_OPTIONS})
   target_compile_definitions(${name} PRIVATE
     PANELKIT_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     $<$<BOOL:${arg_GUI}>:PANELKIT_TEST_GUI>)

@@ -8,6 +8,7 @@
 #include <QFile>
 
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include <elf.h>
@@ -133,7 +134,7 @@ TEST(ElfHeader, IsNotMisledByNumbersThatOverflow)
     offset.segments[1].p_offset = ~static_cast<ElfW(Off)>(0) - 8;
     EXPECT_STREQ(stateOf(offset.bytes()), "truncated");
     SmallLibrary length(2);
-    length.segments[1].p_filesz = ~static_cast<ElfW(Xword)>(0) - 8;
+    length.segments[1].p_filesz = std::numeric_limits<decltype(ElfW(Phdr)::p_filesz)>::max() - 8;
     EXPECT_STREQ(stateOf(length.bytes()), "truncated");
     SmallLibrary table(2);
     table.header.e_phoff = ~static_cast<ElfW(Off)>(0) - 8;

@@ -1,0 +1,120 @@
+# The Debian packages, one a component. scripts/packages builds them, from a build for /usr.
+
+set(PANELKIT_PACKAGE_MAINTAINER "panelkit maintainers <maintainers@panelkit.example>" CACHE STRING
+  "Who is named as the maintainer of the packages")
+
+if(CMAKE_CROSSCOMPILING)
+  set(panelkit_architecture armhf)
+else()
+  find_program(PANELKIT_DPKG dpkg)
+  if(NOT PANELKIT_DPKG)
+    return() # no Debian, no packages
+  endif()
+  execute_process(COMMAND "${PANELKIT_DPKG}" --print-architecture
+    OUTPUT_VARIABLE panelkit_architecture OUTPUT_STRIP_TRAILING_WHITESPACE)
+endif()
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME panelkit)
+set(CPACK_PACKAGE_CONTACT "${PANELKIT_PACKAGE_MAINTAINER}")
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
+set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
+set(CPACK_COMPONENTS_ALL library development panelsim platform)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE "${panelkit_architecture}")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+
+# What a program needs of the system is found by dpkg-shlibdeps, which knows only this machine's packages: for
+# another processor it stands here, and scripts/packages compares it with what the files need.
+set(panelkit_needs_cxx)
+set(panelkit_needs_qtcore)
+if(CMAKE_CROSSCOMPILING)
+  set(panelkit_needs_cxx "libc6 (>= 2.36)" "libstdc++6 (>= 12)" "libgcc-s1 (>= 3.5)")
+  set(panelkit_needs_qtcore "libqt5core5a (>= 5.15.2)")
+  set(panelkit_needs_qt ${panelkit_needs_qtcore} "libqt5gui5 (>= 5.15.2) | libqt5gui5-gles (>= 5.15.2)"
+    "libqt5widgets5 (>= 5.15.2)" "libqt5printsupport5 (>= 5.15.2)")
+  set(panelkit_needs_engines "libmodbus5 (>= 3.1.4)" "liblua5.4-0 (>= 5.4.4)")
+else()
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/lib" "${PROJECT_BINARY_DIR}/lib/panelkit")
+endif()
+
+# panelkit_package(<component> <package> SECTION <section> SUMMARY <line> TEXT <line>... [DEPENDS <package>...]
+#                  [PROVIDES <package>...] [RECOMMENDS <package>...])
+function(panelkit_package component package)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "SECTION;SUMMARY" "TEXT;DEPENDS;PROVIDES;RECOMMENDS")
+  string(TOUPPER "${component}" upper)
+  list(JOIN arg_TEXT "\n" text)
+  foreach(field DEPENDS PROVIDES RECOMMENDS)
+    list(JOIN arg_${field} ", " value)
+    set(CPACK_DEBIAN_${upper}_PACKAGE_${field} "${value}" PARENT_SCOPE)
+  endforeach()
+  set(CPACK_DEBIAN_${upper}_PACKAGE_NAME "${package}" PARENT_SCOPE)
+  set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION "${arg_SECTION}" PARENT_SCOPE)
+  set(CPACK_DEBIAN_${upper}_DESCRIPTION "${arg_SUMMARY}\n${text}" PARENT_SCOPE)
+  # scripts/packages writes them; nobody else installs them.
+  foreach(file changelog.gz copyright)
+    install(FILES "${PROJECT_BINARY_DIR}/packaging/${file}"
+      DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component} EXCLUDE_FROM_ALL)
+  endforeach()
+  set(overrides "${PROJECT_SOURCE_DIR}/cmake/lintian/${package}")
+  if(EXISTS "${overrides}")
+    install(FILES "${overrides}" DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides"
+      COMPONENT ${component} EXCLUDE_FROM_ALL)
+  endif()
+endfunction()
+
+set(panelkit_library_package "libpanelkit${PROJECT_VERSION_MAJOR}")
+set(panelkit_this "(= ${PROJECT_VERSION})")
+set(panelkit_about
+  "panelkit is the shared utility library of touch-panel HMI runtimes: it turns"
+  "PLC register addresses and raw register words into the text that screens"
+  "show, checks addresses, prepares Lua macros, and keeps link and IP settings.")
+
+panelkit_package(library ${panelkit_library_package}
+  SECTION libs
+  SUMMARY "utility library of a touch-panel HMI runtime"
+  TEXT ${panelkit_about}
+    "."
+    "The panel's three platform libraries come from panelkit-platform-sim on a"
+    "PC, and from the maker's own package on a panel."
+  DEPENDS "panelkit-platform-sim ${panelkit_this} | panelkit-platform"
+    ${panelkit_needs_cxx} ${panelkit_needs_qt})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
+
+panelkit_package(development libpanelkit-dev
+  SECTION libdevel
+  SUMMARY "utility library of a touch-panel HMI runtime - development files"
+  TEXT ${panelkit_about}
+    "."
+    "This package has the headers, the files for CMake and pkg-config, and pages"
+    "on calling the library, on driver libraries and on the file formats."
+  DEPENDS "${panelkit_library_package} ${panelkit_this}" "panelkit-platform-sim ${panelkit_this}" qtbase5-dev)
+
+panelkit_package(panelsim panelsim
+  SECTION devel
+  SUMMARY "simulator of a touch panel and its PLC"
+  TEXT ${panelkit_about}
+    "."
+    "panelsim plays a panel's runtime on a PC: it loads a project, polls its PLC"
+    "over Modbus TCP, shows the values, checks addresses and runs macros. It"
+    "brings a sample project, the PLC behind it, and two driver libraries."
+  DEPENDS "${panelkit_library_package} ${panelkit_this}" "panelkit-platform-sim ${panelkit_this}"
+    ${panelkit_needs_cxx} ${panelkit_needs_qt} ${panelkit_needs_engines}
+  RECOMMENDS fonts-wqy-microhei)
+
+panelkit_package(platform panelkit-platform-sim
+  SECTION libs
+  SUMMARY "stand-ins of a touch panel's platform libraries"
+  TEXT ${panelkit_about}
+    "."
+    "This package has the stand-ins of the panel's three platform libraries"
+    "(events, project tree, system), by which the library runs on a PC."
+  DEPENDS ${panelkit_needs_cxx} ${panelkit_needs_qtcore}
+  PROVIDES panelkit-platform)
+
+include(CPack)
