@@ -3,6 +3,9 @@
 set(PANELKIT_PACKAGE_MAINTAINER "panelkit maintainers <maintainers@panelkit.example>" CACHE STRING
   "Who is named as the maintainer of the packages")
 
+if(NOT PANELKIT_QT EQUAL 5 OR NOT TARGET panelsim)
+  return()
+endif()
 if(CMAKE_CROSSCOMPILING)
   set(panelkit_architecture armhf)
 else()
@@ -14,8 +17,10 @@ else()
     OUTPUT_VARIABLE panelkit_architecture OUTPUT_STRIP_TRAILING_WHITESPACE)
 endif()
 
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON) # scripts/packages builds what is packed, and not the tests
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME panelkit)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGE_CONTACT "${PANELKIT_PACKAGE_MAINTAINER}")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
@@ -28,20 +33,12 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
-# What a program needs of the system is found by dpkg-shlibdeps, which knows only this machine's packages: for
-# another processor it stands here, and scripts/packages compares it with what the files need.
-set(panelkit_needs_cxx)
-set(panelkit_needs_qtcore)
-if(CMAKE_CROSSCOMPILING)
-  set(panelkit_needs_cxx "libc6 (>= 2.36)" "libstdc++6 (>= 12)" "libgcc-s1 (>= 3.5)")
-  set(panelkit_needs_qtcore "libqt5core5a (>= 5.15.2)")
-  set(panelkit_needs_qt ${panelkit_needs_qtcore} "libqt5gui5 (>= 5.15.2) | libqt5gui5-gles (>= 5.15.2)"
-    "libqt5widgets5 (>= 5.15.2)" "libqt5printsupport5 (>= 5.15.2)")
-  set(panelkit_needs_engines "libmodbus5 (>= 3.1.4)" "liblua5.4-0 (>= 5.4.4)")
-else()
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/lib" "${PROJECT_BINARY_DIR}/lib/panelkit")
-endif()
+# What is linked with, by the packages' names and the versions of what is used of them. scripts/packages compares it
+# with what the files need; dpkg-shlibdeps does not know another processor's packages.
+set(panelkit_needs_cxx "libc6 (>= 2.34)" "libgcc-s1 (>= 3.5)" "libstdc++6 (>= 12)" "libqt5core5a (>= 5.15.1)")
+set(panelkit_needs_widgets ${panelkit_needs_cxx} "libqt5gui5 (>= 5.15.1) | libqt5gui5-gles (>= 5.15.1)"
+  "libqt5widgets5 (>= 5.15.1)" "libqt5printsupport5 (>= 5.15.1)")
+set(panelkit_needs_engines ${panelkit_needs_widgets} "liblua5.4-0 (>= 5.4.4)" "libmodbus5 (>= 3.1.4)")
 
 # panelkit_package(<component> <package> SECTION <section> SUMMARY <line> TEXT <line>... [DEPENDS <package>...]
 #                  [PROVIDES <package>...] [RECOMMENDS <package>...])
@@ -83,8 +80,12 @@ panelkit_package(library ${panelkit_library_package}
     "The panel's three platform libraries come from panelkit-platform-sim on a"
     "PC, and from the maker's own package on a panel."
   DEPENDS "panelkit-platform-sim ${panelkit_this} | panelkit-platform"
-    ${panelkit_needs_cxx} ${panelkit_needs_qt})
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
+    ${panelkit_needs_widgets})
+file(WRITE "${PROJECT_BINARY_DIR}/packaging-control/shlibs"
+  "libpanelkit ${PROJECT_VERSION_MAJOR} ${panelkit_library_package} (>= ${PROJECT_VERSION})\n")
+file(WRITE "${PROJECT_BINARY_DIR}/packaging-control/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA
+  "${PROJECT_BINARY_DIR}/packaging-control/shlibs" "${PROJECT_BINARY_DIR}/packaging-control/triggers")
 
 panelkit_package(development libpanelkit-dev
   SECTION libdevel
@@ -104,7 +105,7 @@ panelkit_package(panelsim panelsim
     "over Modbus TCP, shows the values, checks addresses and runs macros. It"
     "brings a sample project, the PLC behind it, and two driver libraries."
   DEPENDS "${panelkit_library_package} ${panelkit_this}" "panelkit-platform-sim ${panelkit_this}"
-    ${panelkit_needs_cxx} ${panelkit_needs_qt} ${panelkit_needs_engines}
+    ${panelkit_needs_engines}
   RECOMMENDS fonts-wqy-microhei)
 
 panelkit_package(platform panelkit-platform-sim
@@ -114,7 +115,7 @@ panelkit_package(platform panelkit-platform-sim
     "."
     "This package has the stand-ins of the panel's three platform libraries"
     "(events, project tree, system), by which the library runs on a PC."
-  DEPENDS ${panelkit_needs_cxx} ${panelkit_needs_qtcore}
+  DEPENDS ${panelkit_needs_cxx}
   PROVIDES panelkit-platform)
 
 include(CPack)

@@ -4,6 +4,19 @@ find_package(GTest REQUIRED)
 find_package(Qt${PANELKIT_QT} REQUIRED COMPONENTS Test)
 include(GoogleTest)
 
+# panelsim as a test can start it, also where this machine runs it in an emulator. Scripts find the emulator in the
+# variable PANELKIT_EMULATOR.
+set(PANELKIT_RUNNABLE_PANELSIM "$<TARGET_FILE:panelsim>")
+list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " panelkit_emulator)
+set(PANELKIT_SCRIPT_ENVIRONMENT "PANELKIT_EMULATOR=${panelkit_emulator}")
+if(CMAKE_CROSSCOMPILING AND PANELKIT_SIMULATOR)
+  list(APPEND PANELKIT_SCRIPT_ENVIRONMENT "CMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE}")
+  set(PANELKIT_RUNNABLE_PANELSIM "${PROJECT_BINARY_DIR}/tests/panelsim")
+  file(GENERATE OUTPUT "${PANELKIT_RUNNABLE_PANELSIM}"
+    CONTENT "#!/bin/sh\nexec ${panelkit_emulator} $<TARGET_FILE:panelsim> \"$@\"\n"
+    FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+endif()
+
 set(PANELKIT_TEST_COMPILE_OPTIONS "" CACHE STRING "Compiler options of the tests' own sources, after all others")
 
 # panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [THREADS]

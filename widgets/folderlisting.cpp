@@ -1,3 +1,6 @@
+// A folder's entry may have a number that a 32-bit panel's shorter record cannot hold.
+#define _FILE_OFFSET_BITS 64 // NOLINT(bugprone-reserved-identifier): the C library's own name
+
 #include "widgets/folderlisting.h"
 
 #include <QDir>
@@ -13,6 +16,8 @@
 namespace panelkit {
 
 namespace {
+
+static_assert(sizeof(dirent::d_ino) == 8, "a folder is read to its end on every processor");
 
 enum Kind
 {

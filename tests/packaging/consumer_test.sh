@@ -1,6 +1,7 @@
 #!/bin/sh
 # Builds and runs a program against the installed package.
 # Usage: consumer_test.sh cmake|pkg-config SOURCES PREFIX LIBDIR COMPILER VERSION
+# With PANELKIT_EMULATOR and CMAKE_TOOLCHAIN_FILE in the environment it is built for another processor.
 set -eu
 road=$1 sources=$2 prefix=$3 libdir=$4 compiler=$5 version=$6
 work=$(mktemp -d)
@@ -8,12 +9,13 @@ trap 'rm -rf "$work"' EXIT
 
 case $road in
 cmake)
-    cmake -S "$sources" -B "$work" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$compiler" \
+    cmake -S "$sources" -B "$work" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_FIND_ROOT_PATH="$prefix" \
+        -DCMAKE_CXX_COMPILER="$compiler" \
         -DPANELKIT_WANTED_VERSION="$version" > "$work/log" 2>&1 && cmake --build "$work" >> "$work/log" 2>&1 || {
         cat "$work/log"
         exit 1
     }
-    "$work/consumer"
+    ${PANELKIT_EMULATOR:-} "$work/consumer"
     ;;
 pkg-config)
     PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig

@@ -1,11 +1,12 @@
 #!/bin/sh
 # The installed panelsim finds its libraries by itself, also where the installation has been moved to.
-# Usage: installed_panelsim_test.sh PREFIX
+# Usage: installed_panelsim_test.sh PREFIX LIBDIR
 set -eu
+emulator=${PANELKIT_EMULATOR:-}
 moved=$(mktemp -d)
 trap 'rm -rf "$moved"' EXIT
 cp -r "$1/." "$moved"
-shown=$(env -u LD_LIBRARY_PATH "$moved/bin/panelsim" show)
+shown=$(env -u LD_LIBRARY_PATH $emulator "$moved/bin/panelsim" show)
 case $shown in
 *LOT-0417-A*) ;;
 *)
@@ -13,12 +14,16 @@ case $shown in
     exit 1
     ;;
 esac
-checked=$(env -u LD_LIBRARY_PATH "$moved/bin/panelsim" check --all) || {
+checked=$(env -u LD_LIBRARY_PATH $emulator "$moved/bin/panelsim" check --all) || {
     echo "$checked"
     exit 1
 }
+# What the system's loader would take for both.
+loaded=$(for file in "$moved/bin/panelsim" "$moved/$2/libpanelkit.so"; do
+    LD_TRACE_LOADED_OBJECTS=1 $emulator "$file"
+done)
 for library in panelkit hmi_event device_struct sys_base; do
-    used=$(ldd "$moved/bin/panelsim" "$moved/lib/libpanelkit.so" 2> /dev/null | awk -v name="lib$library.so" 'index($1, name) == 1 { print $3; exit }')
+    used=$(echo "$loaded" | awk -v name="lib$library.so" 'index($1, name) == 1 { print $3; exit }')
     case $used in
     "$moved"/*) ;;
     *)

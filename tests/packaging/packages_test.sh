@@ -17,20 +17,20 @@ fail() {
 
 # dpkg in the folder. It misses the lists of files of this machine's own packages, and says so for each.
 in_root() {
-    dpkg --root="$root" --force-not-root --force-script-chrootless --no-triggers --log="$root/log" "$@" 2> "$root/complaints" || {
-        grep -v 'files list file for package' "$root/complaints" >&2
+    dpkg --root="$root" --force-not-root --force-script-chrootless --no-triggers --log="$root/var/log" "$@" 2> "$root/var/complaints" || {
+        grep -v 'files list file for package' "$root/var/complaints" >&2
         return 1
     }
 }
 
-of() { ls "$packages/$1"_*.deb; }
+# of PACKAGE: its file.
+of() { find "$packages" -maxdepth 1 -name "$1_*.deb"; }
 
 # Without a platform the library is not configured, without the library panelsim is not.
 in_root --unpack "$(of 'libpanelkit[0-9]*')" > /dev/null
 ! in_root --configure -a > /dev/null 2>&1 || fail "the library is content without a platform"
 in_root --install "$packages"/*.deb > /dev/null
-find "$root/usr" ! -type d | sort > "$root/files"
-echo "installed: $(wc -l < "$root/files") files"
+echo "installed: $(find "$root/usr" ! -type d | wc -l) files"
 
 # panelsim as a user runs it: found on the path, with its libraries, drivers, page and completion.
 PATH=$root/usr/bin:$PATH
@@ -49,6 +49,6 @@ for road in cmake pkg-config; do
 done
 
 in_root --purge panelsim libpanelkit-dev "libpanelkit${version%%.*}" panelkit-platform-sim > /dev/null
-left=$(find "$root/usr" ! -type d)
+left=$(find "$root" -path "$root/var" -prune -o ! -type d -print)
 [ -z "$left" ] || fail "left behind: $left"
 echo "removed: nothing is left"
