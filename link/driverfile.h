@@ -19,9 +19,9 @@ enum class DriverFileState : int
 // Looks at the file's headers, and at nothing behind them.
 PANELKIT_EXPORT DriverFileState tools_driverFileState(const QString &path);
 
-// The driver file of a link, below the system root: "/usr/tesk42/project/driver/lib<base>_<linkID>.so", where
-// <base> is what follows the first "/" of the link's property "driverLib", or all of it. Each link has a copy
-// of its driver of its own.
+// The driver file of a link, below the system root: "/usr/tesk42/project/driver/libNAME_N.so", where NAME is
+// what follows the first "/" of the link's property "driverLib", or all of it, and N the link's number. Each
+// link has a copy of its driver of its own.
 PANELKIT_EXPORT QString tools_driverFilePath(const QString &driverLib, int linkID);
 
 // The folder that holds the driver files, below the system root.
