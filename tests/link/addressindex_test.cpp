@@ -1,5 +1,8 @@
 // The driver names of links are read once per process, so every body here runs in a process of its own.
 
+// A folder's entry may have a number that a 32-bit panel's shorter record cannot hold.
+#define _FILE_OFFSET_BITS 64 // NOLINT(bugprone-reserved-identifier): the C library's own name
+
 #include "link/addressindex.h"
 
 #include "link/address_check.h"

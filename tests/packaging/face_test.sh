@@ -17,7 +17,7 @@ cd "$work"
 QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=$work ${PANELKIT_EMULATOR:-} ./face
 
 # The linker's and the compiler's own symbols, and what the headers declare as private.
-nm --undefined-only --dynamic --demangle face | cut -c 20- | LC_ALL=C sort -u > called
+nm --undefined-only --dynamic --demangle face | sed -E 's,^[0-9a-f ]+ [A-Za-z] ,,' | LC_ALL=C sort -u > called
 grep -vE '^(typeinfo name for|vtable for|non-virtual thunk to) ' "$list" |
     grep -vE '^(FileBrowser::on_[a-zA-Z_]+|ProgressBar::buildLayout|UTimer::reload)\(' > callable
 [ "$(wc -l < callable)" -ge 100 ] || { echo "$list lists next to nothing" >&2; exit 1; }

@@ -1,6 +1,6 @@
 #!/bin/sh
 # The installed panelsim finds its libraries by itself, also where the installation has been moved to.
-# Usage: installed_panelsim_test.sh PREFIX LIBDIR
+# Usage: installed_panelsim_test.sh PREFIX
 set -eu
 emulator=${PANELKIT_EMULATOR:-}
 moved=$(mktemp -d)
@@ -18,10 +18,8 @@ checked=$(env -u LD_LIBRARY_PATH $emulator "$moved/bin/panelsim" check --all) ||
     echo "$checked"
     exit 1
 }
-# What the system's loader would take for both.
-loaded=$(for file in "$moved/bin/panelsim" "$moved/$2/libpanelkit.so"; do
-    LD_TRACE_LOADED_OBJECTS=1 $emulator "$file"
-done)
+# What the system's loader takes, told by itself.
+loaded=$(LD_TRACE_LOADED_OBJECTS=1 $emulator "$moved/bin/panelsim")
 for library in panelkit hmi_event device_struct sys_base; do
     used=$(echo "$loaded" | awk -v name="lib$library.so" 'index($1, name) == 1 { print $3; exit }')
     case $used in

@@ -48,6 +48,11 @@ for road in cmake pkg-config; do
     "$here/consumer_test.sh" "$road" "$here/consumer" "$root/usr" "$libdir" c++ "$version"
 done
 
+# A stranger with the packages and their pages.
+for page in calling driver; do
+    "$here/../docs/follow_test.sh" "$root/usr/share/doc/libpanelkit-dev/$page.md" "$root/usr"
+done
+
 in_root --purge panelsim libpanelkit-dev "libpanelkit${version%%.*}" panelkit-platform-sim > /dev/null
 left=$(find "$root" -path "$root/var" -prune -o ! -type d -print)
 [ -z "$left" ] || fail "left behind: $left"
