@@ -18,12 +18,16 @@ _panelsim() {
         mapfile -t COMPREPLY < <(compgen -d -- "$word")
         return
         ;;
-    --csv | --pdf | --from | --project | --disk)
+    --csv | --pdf | --from | --project | --disk | --screenshot)
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         return
         ;;
     --run)
         mapfile -t COMPREPLY < <(compgen -W "press release" -- "$word")
+        return
+        ;;
+    --language)
+        mapfile -t COMPREPLY < <(compgen -W "en zh_CN" -- "$word")
         return
         ;;
     --fault)

@@ -31,6 +31,7 @@ offers "--append" export --app
 offers "--json" info --j
 offers "" nothing-like-it --
 offers "wrong-transaction wrong-unit" serve --fault wrong
+offers "zh_CN" gui --language z
 offers "release" macro --run r
 offers "folder" show --root fol
 offers "folder.json" link-params 1 --project folder.
