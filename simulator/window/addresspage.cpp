@@ -95,13 +95,14 @@ void AddressPage::buildVerdict()
     auto *const card = new QFrame(m_columns);
     setPart(card, Part::Card);
     auto *const column = new QVBoxLayout(card);
-    column->setContentsMargins(10, 8, 10, 8);
-    column->setSpacing(4);
+    column->setContentsMargins(10, 4, 10, 4);
+    column->setSpacing(2);
     m_verdict = new SentenceLabel("verdict", Part::Hint, card);
     m_reason = new SentenceLabel("reason", Part::Hint, card);
     m_resolved = new QWidget(card);
     m_rows = new QGridLayout(m_resolved);
     m_rows->setContentsMargins(0, 0, 0, 0);
+    m_rows->setVerticalSpacing(2);
     m_rows->setColumnStretch(1, 1);
     for (const char *name : {"shown", "index", "resolvedLink", "station"}) {
         auto *const caption = new QLabel(m_resolved);
@@ -169,13 +170,23 @@ void AddressPage::check()
                       tr("The number of the link stands before the block with \"/\", a station with "
                          "\"#\": 2/3#4x."));
         m_resolved->hide();
+        mark(Part::Hint, Part::Hint, Part::Hint);
     } else if (!isLength || length < 1) {
         m_verdict->say(Part::Refusal, tr("Refused"));
         m_reason->say(Part::Refusal, tr("The length is a whole number from 1 on."));
         m_resolved->hide();
+        mark(Part::Hint, Part::Hint, Part::Refusal);
     } else {
         show(m_checker.check(typed()));
     }
+}
+
+// A field tells the verdict too, where the keypad stands on it.
+void AddressPage::mark(Part block, Part number, Part length)
+{
+    setPart(m_block, block);
+    setPart(m_number, number);
+    setPart(m_length, length);
 }
 
 void AddressPage::show(const CheckedAddress &checked)
@@ -189,6 +200,10 @@ void AddressPage::show(const CheckedAddress &checked)
         m_verdict->say(Part::Hint, tr("Passes unchecked"));
     m_reason->say(checked.passes ? Part::Hint : Part::Refusal, checked.explanation);
     m_resolved->setVisible(isValid);
+    const AddressVerdict::Text place = checked.verdict.text;
+    const Part unlessPlaced = isValid ? Part::Notice : checked.passes ? Part::Hint : Part::Refusal;
+    mark(place == AddressVerdict::NumberText ? Part::Hint : unlessPlaced,
+         place == AddressVerdict::BlockText ? Part::Hint : unlessPlaced, Part::Hint);
     if (!isValid)
         return;
     QString link;

@@ -3,6 +3,7 @@
 
 #include "simulator/host/projectchecker.h"
 #include "simulator/window/page.h"
+#include "simulator/window/panelstyle.h"
 
 class MyLineEdit;
 class QGridLayout;
@@ -36,6 +37,7 @@ private:
     TypedAddress typed() const;
     void check();
     void show(const CheckedAddress &checked);
+    void mark(Part block, Part number, Part length);
 
     Session &m_session;
     ProjectChecker m_checker;

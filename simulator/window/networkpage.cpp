@@ -10,6 +10,7 @@
 #include "widgets/touch.h"
 
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace panelkit::simulator {
@@ -194,8 +195,8 @@ void NetworkPage::takeAnswer()
 void NetworkPage::say(Part part, const QString &text)
 {
     m_message->say(part, text);
-    m_scroll->widget()->layout()->activate();
-    m_scroll->ensureWidgetVisible(m_message, 0, 0);
+    // Once it has its place.
+    QTimer::singleShot(0, m_message, [this] { m_scroll->ensureWidgetVisible(m_message, 0, 0); });
 }
 
 } // namespace panelkit::simulator

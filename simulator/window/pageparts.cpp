@@ -102,12 +102,6 @@ void ChoiceBox::paintEvent(QPaintEvent *)
     option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideMiddle, text.width());
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
     painter.drawControl(QStyle::CE_ComboBoxLabel, option);
-
-    const QPoint tip(width() - 18, height() / 2 + 3);
-    const QPoint arrow[] = {tip + QPoint(-6, -6), tip, tip + QPoint(6, -6)};
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colour::faintInk, 2));
-    painter.drawPolyline(arrow, 3);
 }
 
 QString breakablePath(QString path)

@@ -70,7 +70,10 @@ QFrame[part="card"] { background: @card@; border: 1px solid @line@; border-radiu
 QLineEdit, QComboBox { background: @card@; border: 1px solid @line@; border-radius: 6px; padding: 2px 8px;
     min-height: 38px; selection-background-color: @accent@; selection-color: white; }
 QLineEdit:focus { border: 2px solid @accent@; padding: 1px 7px; }
+QLineEdit[part="notice"] { border-color: @good@; }
+QLineEdit[part="refusal"] { border-color: @bad@; }
 QComboBox::drop-down { border: none; width: 32px; }
+QComboBox::down-arrow { image: url(:/window/arrow.xpm); }
 QComboBox QAbstractItemView, QListView { background: @card@; border: 1px solid @line@; }
 QComboBox QAbstractItemView::item, QListView::item { min-height: 44px; }
 
@@ -117,6 +120,8 @@ QString panelStyleSheet(const QSize &screen)
         {"@bar@", colour::bar.name()},
         {"@onBar@", colour::onBar.name()},
         {"@accent@", colour::accent.name()},
+        {"@good@", colour::good.name()},
+        {"@bad@", colour::bad.name()},
         {"@goodInk@", colour::good.darker(160).name()},
         {"@badInk@", colour::bad.darker(120).name()},
     };

@@ -83,6 +83,23 @@ TEST_P(AddressPageTest, TakesBitAndWordByATap)
     expectVerdict("Refused", "refusal");
 }
 
+TEST_P(AddressPageTest, MarksTheFieldThatIsAtFault)
+{
+    type("block", QStringLiteral("LW"));
+    type("number", QStringLiteral("10"));
+    EXPECT_EQ(partOf("block"), QStringLiteral("notice"));
+    EXPECT_EQ(partOf("number"), QStringLiteral("notice"));
+    type("number", QStringLiteral("65536"));
+    EXPECT_EQ(partOf("block"), QStringLiteral("hint"));
+    EXPECT_EQ(partOf("number"), QStringLiteral("refusal"));
+    type("block", QStringLiteral("XY"));
+    EXPECT_EQ(partOf("block"), QStringLiteral("refusal"));
+    EXPECT_EQ(partOf("number"), QStringLiteral("hint"));
+    type("length", QStringLiteral("x"));
+    EXPECT_EQ(partOf("block"), QStringLiteral("hint"));
+    EXPECT_EQ(partOf("length"), QStringLiteral("refusal"));
+}
+
 TEST_P(AddressPageTest, TakesTheLengthIntoAccount)
 {
     type("block", QStringLiteral("LW"));

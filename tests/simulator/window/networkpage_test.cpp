@@ -101,7 +101,8 @@ TEST_P(NetworkPageTest, WarnsBeforeItAppliesWhatMayCutThePanelOff)
     EXPECT_EQ(child<QPushButton>("apply")->text(), QStringLiteral("Apply anyway"));
     EXPECT_EQ(storedNetworkSettings().gateway, QStringLiteral("192.168.1.1"));
     expectWellLaidOut();
-    WAIT_FOR(!child("message")->visibleRegion().isEmpty());
+    const auto *message = child("message");
+    WAIT_FOR(message->visibleRegion().boundingRect() == message->rect());
 
     touch("apply");
     WAIT_FOR(partOf("message") == QStringLiteral("notice"));
