@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Link</source>
-        <translation>链接</translation>
+        <translation>连接</translation>
     </message>
     <message>
         <source>Block</source>
@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>The number of the link stands before the block with &quot;/&quot;, a station with &quot;#&quot;: 2/3#4x.</source>
-        <translation>寄存器区前可加链接号和“/”，再加站号和“#”，例如 2/3#4x。</translation>
+        <translation>寄存器区前可加连接号和“/”，再加站号和“#”，例如 2/3#4x。</translation>
     </message>
     <message>
         <source>Refused</source>
@@ -104,7 +104,7 @@
     </message>
     <message>
         <source>CPU load</source>
-        <translation>CPU 负载</translation>
+        <translation>CPU负载</translation>
     </message>
     <message>
         <source>Free memory</source>
@@ -128,7 +128,7 @@
     </message>
     <message>
         <source>IoT version</source>
-        <translation>IoT 版本</translation>
+        <translation>IoT版本</translation>
     </message>
     <message>
         <source>Library</source>
@@ -136,7 +136,7 @@
     </message>
     <message>
         <source>Links</source>
-        <translation>链接</translation>
+        <translation>连接</translation>
     </message>
     <message>
         <source>not set</source>
@@ -144,7 +144,7 @@
     </message>
     <message>
         <source>A panel counts memory to 4 GiB and begins again; here %1 MiB are free.</source>
-        <translation>面板的内存计数满 4 GiB 后从零重新开始；本机实际可用 %1 MiB。</translation>
+        <translation>触摸屏的内存计数满 4 GiB 后从零重新开始；本机实际可用 %1 MiB。</translation>
     </message>
 </context>
 <context>
@@ -199,7 +199,7 @@
     </message>
     <message>
         <source>USB disk</source>
-        <translation>U 盘</translation>
+        <translation>U盘</translation>
     </message>
     <message>
         <source>The history has %1 rows.</source>
@@ -254,7 +254,7 @@
     </message>
     <message>
         <source>IP address</source>
-        <translation>IP 地址</translation>
+        <translation>IP地址</translation>
     </message>
     <message>
         <source>Subnet mask</source>
@@ -266,7 +266,7 @@
     </message>
     <message>
         <source>DNS server</source>
-        <translation>DNS 服务器</translation>
+        <translation>DNS服务器</translation>
     </message>
     <message>
         <source>Reload</source>
@@ -286,7 +286,7 @@
     </message>
     <message>
         <source>The IP address is not four numbers from 0 to 255 with dots between.</source>
-        <translation>IP 地址应为四个 0 至 255 的数，以点分隔。</translation>
+        <translation>IP地址应为四个 0 至 255 的数，以点分隔。</translation>
     </message>
     <message>
         <source>The subnet mask is not four numbers from 0 to 255 with dots between.</source>
@@ -298,15 +298,15 @@
     </message>
     <message>
         <source>The DNS server is not four numbers from 0 to 255 with dots between.</source>
-        <translation>DNS 服务器应为四个 0 至 255 的数，以点分隔。</translation>
+        <translation>DNS服务器应为四个 0 至 255 的数，以点分隔。</translation>
     </message>
     <message>
         <source>The panel now has the IP address %1.</source>
-        <translation>面板的 IP 地址已设为 %1。</translation>
+        <translation>触摸屏的 IP地址已设为 %1。</translation>
     </message>
     <message>
         <source>The panel could not store the settings: is its disk full?</source>
-        <translation>面板无法保存设置，请检查磁盘是否已满。</translation>
+        <translation>触摸屏无法保存设置，请检查磁盘是否已满。</translation>
     </message>
 </context>
 <context>

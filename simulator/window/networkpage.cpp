@@ -10,7 +10,7 @@
 #include "widgets/touch.h"
 
 #include <QPushButton>
-#include <QTimer>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace panelkit::simulator {
@@ -22,6 +22,12 @@ NetworkPage::NetworkPage(Session &session, QWidget *parent) : Page(parent), m_se
     addSetting("gateway", &NetworkSettings::gateway);
     addSetting("dns", &NetworkSettings::dns);
     buildLayout();
+    m_reveal.setSingleShot(true);
+    connect(m_scroll->verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] {
+        if (m_message->isVisible())
+            m_reveal.start();
+    });
+    connect(&m_reveal, &QTimer::timeout, this, [this] { m_scroll->ensureWidgetVisible(m_message, 0, 0); });
     connect(m_reload, &QPushButton::clicked, this, &NetworkPage::reload);
     connect(m_apply, &QPushButton::clicked, this, &NetworkPage::apply);
     retranslate();
@@ -195,8 +201,7 @@ void NetworkPage::takeAnswer()
 void NetworkPage::say(Part part, const QString &text)
 {
     m_message->say(part, text);
-    // Once it has its place.
-    QTimer::singleShot(0, m_message, [this] { m_scroll->ensureWidgetVisible(m_message, 0, 0); });
+    m_reveal.start();
 }
 
 } // namespace panelkit::simulator

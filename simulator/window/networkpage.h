@@ -5,6 +5,8 @@
 #include "simulator/window/page.h"
 #include "simulator/window/panelstyle.h"
 
+#include <QTimer>
+
 class MyLineEdit;
 class QPushButton;
 class QScrollArea;
@@ -55,6 +57,7 @@ private:
     bool m_isFilling = false;
     bool m_isApplying = false;
     SentenceLabel *m_message = nullptr;
+    QTimer m_reveal; // scrolls to the message when it has its place
     QScrollArea *m_scroll = nullptr;
     QPushButton *m_reload = nullptr;
     QPushButton *m_apply = nullptr;

@@ -4,6 +4,12 @@
 #include <QStyle>
 #include <QVariant>
 
+// A static library's resource is registered only when somebody asks for it, from the global namespace.
+static void registerResource()
+{
+    Q_INIT_RESOURCE(panelstyle);
+}
+
 namespace panelkit::simulator {
 
 namespace {
@@ -105,6 +111,7 @@ Sizes sizesFor(const QSize &screen)
 
 QString panelStyleSheet(const QSize &screen)
 {
+    registerResource();
     const Sizes sizes = sizesFor(screen);
     const QList<QPair<const char *, QString>> words = {
         {"@family@", panelFontFamily()},

@@ -98,7 +98,7 @@ TEST_P(DevicePageTest, IsTranslatedWhileItIsInFront)
     speak("zh_CN");
     EXPECT_EQ(page->title(), QStringLiteral("设备"));
     EXPECT_EQ(textOf("model"), QStringLiteral("未设置"));
-    EXPECT_EQ(child("load")->accessibleName(), QStringLiteral("CPU 负载"));
+    EXPECT_EQ(child("load")->accessibleName(), QStringLiteral("CPU负载"));
     expectWellLaidOut();
 }
 

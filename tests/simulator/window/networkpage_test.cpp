@@ -29,6 +29,12 @@ protected:
 
     QString field(const char *name) const { return child<QLineEdit>(name)->text(); }
 
+    bool isMessageWhole() const
+    {
+        const QWidget *message = child("message");
+        return message->visibleRegion().boundingRect() == message->rect();
+    }
+
     bool hasAnswer() const { return partOf("message") != QStringLiteral("hint"); }
 };
 
@@ -73,6 +79,7 @@ TEST_P(NetworkPageTest, SaysWhyThePanelRefusesAnAddress)
     EXPECT_EQ(partOf("message"), QStringLiteral("refusal"));
     EXPECT_EQ(textOf("message"),
               QStringLiteral("The gateway is not four numbers from 0 to 255 with dots between."));
+    WAIT_FOR(isMessageWhole());
     EXPECT_EQ(takeOperatorMessages(),
               QStringList(QStringLiteral("The gateway setting is incorrect. Please re-enter it.")));
     EXPECT_EQ(storedNetworkSettings().gateway, QStringLiteral("192.168.1.1"));
@@ -101,8 +108,7 @@ TEST_P(NetworkPageTest, WarnsBeforeItAppliesWhatMayCutThePanelOff)
     EXPECT_EQ(child<QPushButton>("apply")->text(), QStringLiteral("Apply anyway"));
     EXPECT_EQ(storedNetworkSettings().gateway, QStringLiteral("192.168.1.1"));
     expectWellLaidOut();
-    const auto *message = child("message");
-    WAIT_FOR(message->visibleRegion().boundingRect() == message->rect());
+    WAIT_FOR(isMessageWhole());
 
     touch("apply");
     WAIT_FOR(partOf("message") == QStringLiteral("notice"));
