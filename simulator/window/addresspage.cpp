@@ -109,8 +109,9 @@ void AddressPage::buildVerdict()
         setPart(caption, Part::Caption);
         auto *const value = new SentenceLabel(name, Part::Heading, m_resolved);
         value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        m_rows->addWidget(caption, m_captions.size(), 0);
-        m_rows->addWidget(value, m_captions.size(), 1);
+        const int row = static_cast<int>(m_captions.size());
+        m_rows->addWidget(caption, row, 0);
+        m_rows->addWidget(value, row, 1);
         m_captions << caption;
         m_values << value;
     }

@@ -131,7 +131,7 @@ TEST_P(ExportPageTest, ShowsTheRealProgressOfALongHistory)
     const Painter painter([&](QWidget *widget) {
         if (const auto *bar = qobject_cast<QProgressBar *>(widget)) {
             painted << bar->value();
-            overTheScreen = screen.rect().contains(bar->window()->mapFromGlobal(bar->mapToGlobal({0, 0})));
+            overTheScreen = screen.rect().contains(bar->window()->mapFromGlobal(bar->mapToGlobal(QPoint())));
         }
     });
     touch("export");

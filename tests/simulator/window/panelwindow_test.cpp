@@ -35,7 +35,7 @@ TEST_P(PanelWindowScreen, TurnsToEachPageByAFingerOnItsButton)
     auto *row = window->findChild<QWidget *>(QStringLiteral("pageRow"));
     const QList<QPushButton *> buttons = row->findChildren<QPushButton *>();
     ASSERT_EQ(buttons.size(), names.size());
-    for (int i = names.size() - 1; i >= 0; --i) {
+    for (int i = static_cast<int>(names.size()) - 1; i >= 0; --i) {
         EXPECT_GE(buttons.at(i)->height(), 44) << names.at(i).toStdString();
         tap(buttons.at(i));
         EXPECT_EQ(window->currentPageName(), names.at(i));
