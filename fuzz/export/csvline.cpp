@@ -2,24 +2,11 @@
 
 #include "export/helpcsv.h"
 #include "export/helpsqlite.h"
+#include "fuzz/support/demand.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
-
-namespace {
-
-void demand(bool condition, const char *what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

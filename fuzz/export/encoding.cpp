@@ -1,5 +1,6 @@
 // Bytes of an unknown encoding: recognised in two blocks that meet where the first byte says, and converted.
 
+#include "fuzz/support/demand.h"
 #include "register/textencoding.h"
 #include "register/utf8recogniser.h"
 
@@ -8,19 +9,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace {
-
-void demand(bool condition, const char *what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
 
 bool codecFindsValid(const std::vector<char> &bytes)
 {

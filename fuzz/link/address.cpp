@@ -1,6 +1,7 @@
 // What an author may type, checked on a project with real drivers: the input's lines are the block, the
 // number, the link's name (1 when missing), then "b" for bit access, and the length.
 
+#include "fuzz/support/demand.h"
 #include "link/address_check.h"
 #include "link/driverfile.h"
 #include "link/driverinterface.h"
@@ -16,22 +17,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
 using panelkit::simulator::ObjectTree;
 
 namespace {
-
-void demand(bool condition, const char *what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
 
 QString text(const char *latin1)
 {
