@@ -43,7 +43,8 @@ function(panelkit_add_test name)
   set_target_properties(${name} PROPERTIES
     AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_compile_options(${name} PRIVATE ${PANELKIT_TEST_COMPILE_OPTIONS})
+  target_compile_options(${name} PRIVATE ${PANELKIT_TEST_COMPILE_OPTIONS}
+    -include "${PROJECT_SOURCE_DIR}/tests/support/qtprinting.h")
   target_compile_definitions(${name} PRIVATE
     PANELKIT_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     $<$<BOOL:${arg_GUI}>:PANELKIT_TEST_GUI>)
