@@ -264,6 +264,19 @@ TEST_F(AddressCheck, ReadsTheBlockAsStationOnALinkWithStationsInAddresses)
     EXPECT_EQ(check("PLC2", "2/200", "4"), -1) << "a station, but no block of the link";
 }
 
+TEST_F(AddressCheck, TakesStationsFrom0To255)
+{
+    object *node = project.addLink(9, text("PLC9"), text("test"), text("0,255,256"));
+    ObjectTree::setNumber(node, text("AddressMode"), 1);
+    install(text("libtest_9.so"));
+    EXPECT_EQ(check("PLC9", "9/0", "4"), 0);
+    EXPECT_EQ(project.written(), text("PLC9|0|4|4|0|1"));
+    EXPECT_EQ(check("PLC9", "9/255", "5"), 0);
+    EXPECT_EQ(project.written(), text("PLC9|255|5|5|255|1"));
+    EXPECT_EQ(check("PLC9", "9/256", "6"), 0) << "passes, but is not written";
+    EXPECT_EQ(project.written(), text("PLC9|255|5|5|255|1"));
+}
+
 TEST_F(AddressCheck, TreatsOtherAddressModesAsAFixedStation)
 {
     object *odd = project.addLink(5, text("PLC5"), text("test"));
@@ -317,6 +330,15 @@ TEST_F(AddressCheck, CompletesTheStationOfARecord)
         EXPECT_EQ(address.linkId, row.linkId);
         EXPECT_EQ(address.index, 3);
     }
+}
+
+TEST_F(AddressCheck, ReadsAFixedStationToBase10)
+{
+    ObjectTree::setText(project.addLink(8, text("PLC8"), text("none")), text("PLCID"), text("120"));
+    address_check completing(project.root());
+    RegisterValueChange address = {8, 77, 0, 0, "", 0};
+    EXPECT_TRUE(completing.rebuildStatioin(address));
+    EXPECT_EQ(address.station, 120);
 }
 
 TEST_F(AddressCheck, ReadsAStationThatIsNoNumberAs0)

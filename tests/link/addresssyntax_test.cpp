@@ -105,6 +105,16 @@ TEST(AddressSyntax, ReadsIntegersAsTheToolkitDoes)
     }
 }
 
+TEST(AddressSyntax, ReadsThePartOfATextAndNothingBesideIt)
+{
+    const QString around = text("12345678");
+    const QString part =
+        QString::fromRawData(around.constData() + 4, 4); // "5678", with digits in front of it
+    int value = 0;
+    EXPECT_TRUE(panelkit::readInteger(part, {2, 2}, value));
+    EXPECT_EQ(value, 78);
+}
+
 TEST(Utf8Text, IsWhatTheToolkitMakesOfTheText)
 {
     QString lone = text("a");
@@ -112,7 +122,8 @@ TEST(Utf8Text, IsWhatTheToolkitMakesOfTheText)
     QStringList texts;
     texts << QString() << text("LW") << QString::fromUtf8("é") << QString::fromUtf8("一号车间")
           << QString::fromUtf8("😀 face") << lone << QString(QChar(0x7FF)) << QString(QChar(0x800))
-          << QString(QChar(0xFFFF));
+          << QString(QChar(0xFFFF)) << QString(QChar(0x80)) << QString::fromUtf8("¨è")
+          << QString::fromUtf8("😁");
     for (int length = 28; length < 100; ++length)
         texts << QString(length, QLatin1Char('x')) << QString(length, QChar(0x4E00));
     for (const QString &candidate : texts) {

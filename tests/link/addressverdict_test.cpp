@@ -78,6 +78,22 @@ TEST_F(AddressVerdicts, NameTheReasonAndThePlace)
     EXPECT_EQ(describe(verdict, text("PLC1"), text("D"), text("3")), text("3 9")) << "no target";
 }
 
+TEST_F(AddressVerdicts, PointNowhereAndLimitNothingUnlessTheyMust)
+{
+    const address_check checker(project.root());
+    for (const char *linkName : {"PLC1", "PLC7"}) {
+        SCOPED_TRACE(linkName);
+        const AddressVerdict verdict =
+            checker.explainAddress(text(linkName), text("D"), text("3"), project.item(), 0, 1, 0);
+        EXPECT_EQ(verdict.offset, 0);
+        EXPECT_EQ(verdict.length, linkName == text("PLC1") ? 0 : 4);
+        EXPECT_EQ(verdict.blockOffset, 0);
+        EXPECT_EQ(verdict.linkNumber, 1);
+        EXPECT_EQ(verdict.lowest, 0);
+        EXPECT_EQ(verdict.highest, -1);
+    }
+}
+
 TEST_F(AddressVerdicts, GiveTheRangeThatTheLengthLeaves)
 {
     const struct

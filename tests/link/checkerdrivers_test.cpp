@@ -27,6 +27,17 @@ protected:
     const QString untouched = text("-|-|-|0|0|0");
 };
 
+TEST(LinkInfo, IsThatOfNoLinkAtStart)
+{
+    const linkInfo_t link;
+    EXPECT_EQ(link.node, nullptr);
+    EXPECT_EQ(link.linkID, -1);
+    EXPECT_EQ(link.addressMode, 0);
+    EXPECT_EQ(link.plcID, 0);
+    EXPECT_EQ(link.library, nullptr);
+    EXPECT_EQ(link.checkAddr, nullptr);
+}
+
 TEST_F(CheckerDrivers, AreLoadedOncePerLinkAndUnloadedInTheOrderOfNumbers)
 {
     for (const char *file : {"libtest_3.so", "libtest_-1.so", "libtest_10.so"})

@@ -144,6 +144,29 @@ TEST(ElfHeader, IsNotMisledByNumbersThatOverflow)
     EXPECT_STREQ(stateOf(count.bytes()), "truncated");
 }
 
+TEST(ElfHeader, HasRoomForWhatIsEmptyAtTheEnd)
+{
+    SmallLibrary library(2);
+    library.segments[1].p_offset = static_cast<ElfW(Off)>(library.bytes().size());
+    library.segments[1].p_filesz = 0;
+    EXPECT_STREQ(stateOf(library.bytes()), "complete");
+
+    SmallLibrary table(0);
+    EXPECT_STREQ(stateOf(table.bytes()), "complete");
+    table.header.e_phoff = sizeof(table.header) + 1;
+    EXPECT_STREQ(stateOf(table.bytes()), "truncated");
+}
+
+TEST(ElfHeader, FindsTheSegmentsWhereTheHeaderSays)
+{
+    SmallLibrary library(1);
+    library.segments[0].p_filesz = 1000000;
+    library.header.e_phoff = sizeof(library.header) + 100;
+    QByteArray image = library.bytes();
+    image.insert(static_cast<int>(sizeof(library.header)), QByteArray(100, '\0'));
+    EXPECT_STREQ(stateOf(image), "truncated");
+}
+
 TEST(ElfHeader, LooksAtLoadableSegmentsOnly)
 {
     SmallLibrary library(2);
