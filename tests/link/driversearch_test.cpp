@@ -87,4 +87,4 @@ TEST_P(DriverSearch, LeavesNoFolderOpen)
 }
 
 INSTANTIATE_TEST_SUITE_P(Types, DriverSearch, ::testing::Values(true, false),
-                         [](const auto &info) { return info.param ? "Told" : "Untold"; });
+                         [](const auto &types) { return types.param ? "Told" : "Untold"; });
