@@ -1,5 +1,5 @@
-// How GoogleTest prints the toolkit's texts. Every source of every test begins with this header (panelkit_add_test
-// sees to it): a type must print alike everywhere in a program.
+// How GoogleTest prints the toolkit's texts. Every source of every test begins with this header
+// (panelkit_add_test sees to it): a type must print alike everywhere in a program.
 #pragma once
 
 #include <QByteArray>
@@ -24,7 +24,8 @@ inline void PrintTo(const QByteArray &bytes, std::ostream *stream)
         if (code >= 0x20 && code < 0x7F)
             *stream << byte;
         else
-            *stream << "\\x" << "0123456789abcdef"[code >> 4] << "0123456789abcdef"[code & 15];
+            *stream << "\\x"
+                    << "0123456789abcdef"[code >> 4] << "0123456789abcdef"[code & 15];
     }
     *stream << '"';
 }
