@@ -306,6 +306,29 @@ TEST_F(AddressCheck, WritesNamesInUtf8)
     EXPECT_EQ(project.written(), name + QString::fromUtf8("|数据|3|3|9|1"));
 }
 
+TEST_F(AddressCheck, AsksTheDriverOfALinkThatIsPassedIn)
+{
+    linkInfo_t link;
+    link.linkName = text("Elsewhere");
+    address_check empty(nullptr);
+    const auto ask = [&](object *target) {
+        return empty.externalCheckAddress(link, target, text("4x"), text("7"), 0, 2, 30, 5);
+    };
+    EXPECT_EQ(ask(project.item()), 3) << "no driver";
+    link.checkAddr = [](QString &block, QString &number, int &index, int addrType, int length,
+                        int driverArg) {
+        index = number.toInt() + driverArg;
+        number += block;
+        return addrType + length == 2 ? 0 : 20;
+    };
+    EXPECT_EQ(ask(nullptr), 3) << "no target";
+    EXPECT_EQ(project.written(), untouched);
+    EXPECT_EQ(ask(project.item()), 0);
+    EXPECT_EQ(project.written(), text("Elsewhere|4x|7|37|5|2"));
+    EXPECT_EQ(empty.externalCheckAddress(link, project.item(), text("4x"), text("8"), 0, 1, 30, 5), 20);
+    EXPECT_EQ(project.written(), text("Elsewhere|4x|7|37|5|2"));
+}
+
 TEST_F(AddressCheck, CompletesTheStationOfARecord)
 {
     const struct

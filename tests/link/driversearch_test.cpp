@@ -3,50 +3,27 @@
 #include "link/driversearch.h"
 
 #include "tests/link/driverpanel.h"
+#include "tests/support/entrytypes.h"
 
 #include <QDir>
+#include <QFileInfo>
 
-#include <dirent.h>
-#include <dlfcn.h>
 #include <unistd.h>
 
 namespace {
-
-bool tellsTypes = true;
 
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
 }
 
-template <typename Entry>
-Entry *withoutType(Entry *entry)
-{
-    if (entry != nullptr && !tellsTypes)
-        entry->d_type = DT_UNKNOWN;
-    return entry;
-}
-
 } // namespace
-
-// These stand before the C library's own.
-extern "C" __attribute__((visibility("default"))) dirent *readdir(DIR *folder)
-{
-    static const auto next = reinterpret_cast<dirent *(*)(DIR *)>(dlsym(RTLD_NEXT, "readdir"));
-    return withoutType(next(folder));
-}
-
-extern "C" __attribute__((visibility("default"))) dirent64 *readdir64(DIR *folder)
-{
-    static const auto next = reinterpret_cast<dirent64 *(*)(DIR *)>(dlsym(RTLD_NEXT, "readdir64"));
-    return withoutType(next(folder));
-}
 
 class DriverSearch : public panelkit::testing::DriverPanel, public ::testing::WithParamInterface<bool>
 {
 protected:
-    DriverSearch() { tellsTypes = GetParam(); }
-    ~DriverSearch() override { tellsTypes = true; }
+    DriverSearch() { panelkit::testing::setEntryTypesTold(GetParam()); }
+    ~DriverSearch() override { panelkit::testing::setEntryTypesTold(true); }
 
     // The found file's name.
     static QString found(const char *driver)

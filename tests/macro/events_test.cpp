@@ -58,6 +58,7 @@ TEST(UMessageBoxEvent, ArrivesWithTypeTextAndBothNumbers)
     EXPECT_EQ(event->text, QStringLiteral("Success."));
     EXPECT_EQ(event->param1, 30);
     EXPECT_EQ(event->param2, 2);
+    EXPECT_EQ(event->reserved, 0U);
 }
 
 TEST(UEventBase, TakesItsTypeFromTheSubclassAndIsDestroyedThroughItsBase)

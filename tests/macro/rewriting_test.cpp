@@ -331,11 +331,63 @@ TEST(Rewriting, LeavesALineThatItsMarkersMultiplyBeyondTheBound)
     EXPECT_EQ(QStringList(read.keys()), QStringList(QStringLiteral("temp")));
 }
 
+TEST(Rewriting, FillsInALineUpToTheBound)
+{
+    // Filled in one after the other; with the link's name the line has 28 characters and that name, and then
+    // five markers may each take a block's name.
+    scriptVarTable entry = declared(QStringLiteral("long,L1,1,D,100,0,3,x"));
+    entry.blockName = QString(13100, QLatin1Char('B'));
+    entry.extra = QStringLiteral("%");
+    for (const int linkNameLength : {8, 9}) {
+        SCOPED_TRACE(linkNameLength);
+        entry.linkName = QString(linkNameLength, QLatin1Char('L'));
+        ScriptVariables variables;
+        variables.insert(entry);
+        const QString line = QStringLiteral("x = long");
+        const QString filled =
+            QStringLiteral("x=getdata(\"%1\",\"%2\",100,1,").arg(entry.linkName, entry.blockName) +
+            QStringLiteral("%,DATA_TYPE_WD)");
+        EXPECT_EQ(rewritten(line, variables), linkNameLength == 8 ? filled : line);
+    }
+}
+
 TEST(Rewriting, FillsInLongValuesWithoutMarkers)
 {
     const QString value = QStringLiteral("\"") + QString(200000, QLatin1Char('v')) + QStringLiteral("\"");
     EXPECT_EQ(rewritten(QStringLiteral("temp = ") + value, variablesOf(tempAndSpeed)),
               QStringLiteral("setdata(\"L1\",\"D\",100,1,0,") + value + QStringLiteral(",DATA_TYPE_WD)"));
+}
+
+TEST(Rewriting, TellsNamesOfOneHashApart)
+{
+    // Each pair has one 32-bit hash in the table of variables: once with names of one length, once without.
+    const struct
+    {
+        const char *declared, *other;
+    } rows[] = {{"jvqpfqg", "jaczypz"}, {"belt_valve_300", "pressdrain124"}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.declared);
+        const QString assignment = QStringLiteral("x = ");
+        const ScriptVariables variables =
+            variablesOf({QLatin1String(row.declared) + QStringLiteral(",L1,1,D,100,0,3,x")});
+        EXPECT_EQ(rewritten(assignment + QLatin1String(row.declared), variables),
+                  QStringLiteral("x=") + readOfTemp);
+        EXPECT_EQ(rewritten(assignment + QLatin1String(row.other), variables),
+                  assignment + QLatin1String(row.other));
+        const ScriptVariables longer =
+            variablesOf({QLatin1String(row.declared) + QStringLiteral(",L1,1,D,100,0,3,x"),
+                         QStringLiteral("a_much_longer_name,L,1,D,1,0,3,x")});
+        EXPECT_EQ(rewritten(assignment + QLatin1String(row.other), longer),
+                  assignment + QLatin1String(row.other));
+    }
+}
+
+TEST(Rewriting, KnowsADeclarationByItsEightFields)
+{
+    scriptVarTable entry;
+    EXPECT_TRUE(readDeclaration(QStringLiteral("temp,L1,1,D,100,0,3,x"), entry));
+    EXPECT_FALSE(readDeclaration(QStringLiteral("temp,L1,1,D,100,0,3"), entry));
+    EXPECT_FALSE(readDeclaration(QString(), entry));
 }
 
 TEST(Rewriting, FindsEachOfManyVariables)

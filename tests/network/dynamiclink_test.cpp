@@ -491,6 +491,18 @@ TEST_F(LoadLinkParam, BringsBackWhatWasSaved)
     EXPECT_EQ(settings.value(QStringLiteral("link3/mode")).toInt(), 7);
 }
 
+TEST_F(LoadLinkParam, KnowsTheFirstLink)
+{
+    LinkValue first = comm.links.value(3);
+    first.id = 1;
+    comm.links.insert(1, first);
+    editLink(1);
+    EXPECT_EQ(saveDynamicsLinkParam(&settings, &comm, nullptr), 1);
+    setWords(64002, {0});
+    EXPECT_EQ(loadDynamicsLinkParam(&settings, &comm), 1);
+    EXPECT_EQ(word(64002), 5);
+}
+
 TEST_F(LoadLinkParam, TellsLinksApart)
 {
     writeSettings(

@@ -330,6 +330,15 @@ TEST_F(LinkSettings, StayWholeWhenTheyWouldNotFitOnTheDisk)
     }
 }
 
+// The file holds six bytes for each letter of a driver library's name that is not ASCII.
+TEST_F(LinkSettings, StayWholeWhenTheDriversNameAloneWouldNotFit)
+{
+    writeSettings(serialGroup);
+    comm.links[3].driverLib = QString(2000, QChar(0x4E2D));
+    EXPECT_EQ(inOwnProcess([&] { return limitFileSize(9000) ? saveIsRefused() : 100; }), 0);
+    EXPECT_EQ(content(), serialGroup);
+}
+
 // With every number of free pages, on the disk itself and by a link that leads to it: either nothing changes,
 // or all of it is there.
 TEST_F(LinkSettings, StayWholeOnADiskThatIsReallyFull)

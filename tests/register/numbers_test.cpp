@@ -71,6 +71,12 @@ TEST(DoubleText, SaturatesBeyond64Bits)
               QLatin1String("0.") + times(11, '0') + QLatin1String("9223372036854775807"));
 }
 
+TEST(DoubleText, IsTheLargestAndLowestOf64BitsAtTheirEnds)
+{
+    EXPECT_EQ(doubleToQString(9223372036854775808.0, 1), QStringLiteral("9223372036854775807.0"));
+    EXPECT_EQ(doubleToQString(-9223372036854775808.0, 1), QStringLiteral("-9223372036854775808.0"));
+}
+
 TEST(DoubleText, CountsMoreThan1024DecimalsAs1024)
 {
     const QString expected = QLatin1String("1.") + times(1005, '0') + QLatin1String("9223372036854775807");

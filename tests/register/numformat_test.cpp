@@ -193,6 +193,7 @@ TEST_F(ValueText, ShowsNoSingleThatIsNoNumber)
                               -std::numeric_limits<float>::infinity()}) {
         EXPECT_EQ(show(wordsOf(value), 5, 0, NUM_FLOAT32), QStringLiteral("0"));
         EXPECT_EQ(show(wordsOf(value), 5, 2, NUM_FLOAT32), QStringLiteral("0.00"));
+        EXPECT_EQ(show(wordsOf(value), 70, 60, NUM_FLOAT32), QStringLiteral("0.") + times(60, '0'));
     }
 }
 
