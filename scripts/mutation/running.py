@@ -48,7 +48,7 @@ class Sandbox:
         def limit():
             resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds + 1))
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-            resource.setrlimit(resource.RLIMIT_FSIZE, (FILE_SIZE, FILE_SIZE))
+            resource.setrlimit(resource.RLIMIT_FSIZE, (FILE_SIZE, resource.RLIM_INFINITY)) # tests set their own
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
         output = home / "output/text"

@@ -135,20 +135,20 @@ class Programs:
                             message, re.M)
         places += [(name, line, "error") for name, line in re.findall(
             rf"^{re.escape(str(self.tree))}/([^:]+):(\d+):\d+:   required from", message, re.M)]
+        known = [mutant for mutants in by_file.values() for mutant in mutants] + self.left_out
         for kind in ("error", "note"):
             lines = {(name, int(line)) for name, line, what in places if what == kind}
-            bad = [mutant for name, line in lines for mutant in by_file.get(name, ())
-                   if mutant.line <= line <= mutant.last_line and (mutant.line == line or mutant.last_line == line)]
+            bad = [mutant for mutant in known
+                   if {(mutant.file, mutant.line), (mutant.file, mutant.last_line)} & lines]
             if not bad and kind == "error": # where a name has to be constant, its value has
                 names = {name for file, line in lines for name in self.names_in(file, line)}
-                bad = [mutant for mutants in by_file.values() for mutant in mutants
-                       if self.variable_of(mutant) in names]
-            if bad:
-                for mutant in bad:
-                    if mutant in by_file[mutant.file]:
-                        by_file[mutant.file].remove(mutant)
-                        self.left_out.append(mutant)
-                return {mutant.file for mutant in bad}
+                bad = [mutant for mutant in known if self.variable_of(mutant) in names]
+            if bad: # those left out already were so because of an object before
+                new = [mutant for mutant in bad if mutant in by_file[mutant.file]]
+                for mutant in new:
+                    by_file[mutant.file].remove(mutant)
+                    self.left_out.append(mutant)
+                return {mutant.file for mutant in new}
         raise SystemExit(f"mutants: {target} does not compile, and no mutant is at fault:\n{message[:4000]}")
 
     def names_in(self, file, line):

@@ -1,5 +1,6 @@
 // Comes first in every source into which mutants are woven. Each helper does what its name says, or, where the mutant
-// of its number is the chosen one, what stands beside it.
+// of its number is the chosen one, what stands beside it. Comparisons are inlined always: a constant of a class that is
+// compared has no address unless somebody asks for it.
 #pragma once
 
 namespace panelkitMutants {
@@ -7,115 +8,115 @@ namespace panelkitMutants {
 bool isChosen(int mutant) noexcept;
 
 template <typename A, typename B>
-bool less(int mutant, const A &a, const B &b) // or <=
+__attribute__((always_inline)) inline bool less(int mutant, const A &a, const B &b) // or <=
 {
     return isChosen(mutant) ? a <= b : a < b;
 }
 
 template <typename A, typename B>
-bool lessEqual(int mutant, const A &a, const B &b) // or <
+__attribute__((always_inline)) inline bool lessEqual(int mutant, const A &a, const B &b) // or <
 {
     return isChosen(mutant) ? a < b : a <= b;
 }
 
 template <typename A, typename B>
-bool greater(int mutant, const A &a, const B &b) // or >=
+__attribute__((always_inline)) inline bool greater(int mutant, const A &a, const B &b) // or >=
 {
     return isChosen(mutant) ? a >= b : a > b;
 }
 
 template <typename A, typename B>
-bool greaterEqual(int mutant, const A &a, const B &b) // or >
+__attribute__((always_inline)) inline bool greaterEqual(int mutant, const A &a, const B &b) // or >
 {
     return isChosen(mutant) ? a > b : a >= b;
 }
 
 template <typename A, typename B>
-bool equal(int mutant, const A &a, const B &b) // or !=
+__attribute__((always_inline)) inline bool equal(int mutant, const A &a, const B &b) // or !=
 {
     return isChosen(mutant) ? a != b : a == b;
 }
 
 template <typename A, typename B>
-bool unequal(int mutant, const A &a, const B &b) // or ==
+__attribute__((always_inline)) inline bool unequal(int mutant, const A &a, const B &b) // or ==
 {
     return isChosen(mutant) ? a == b : a != b;
 }
 
 template <typename A, typename B>
-auto plus(int mutant, const A &a, const B &b) -> decltype(a + b) // or -
+auto plus(int mutant, A a, B b) -> decltype(a + b) // or -
 {
     return isChosen(mutant) ? a - b : a + b;
 }
 
 template <typename A, typename B>
-auto minus(int mutant, const A &a, const B &b) -> decltype(a - b) // or +
+auto minus(int mutant, A a, B b) -> decltype(a - b) // or +
 {
     return isChosen(mutant) ? a + b : a - b;
 }
 
 template <typename A, typename B>
-auto times(int mutant, const A &a, const B &b) -> decltype(a * b) // or /
+auto times(int mutant, A a, B b) -> decltype(a * b) // or /
 {
     return isChosen(mutant) ? a / b : a * b;
 }
 
 template <typename A, typename B>
-auto dividedBy(int mutant, const A &a, const B &b) -> decltype(a / b) // or *
+auto dividedBy(int mutant, A a, B b) -> decltype(a / b) // or *
 {
     return isChosen(mutant) ? a * b : a / b;
 }
 
 template <typename A, typename B>
-auto remainder(int mutant, const A &a, const B &b) -> decltype(a % b) // or *
+auto remainder(int mutant, A a, B b) -> decltype(a % b) // or *
 {
     return isChosen(mutant) ? a * b : a % b;
 }
 
 template <typename A, typename B>
-auto shiftLeft(int mutant, const A &a, const B &b) -> decltype(a << b) // or >>
+auto shiftLeft(int mutant, A a, B b) -> decltype(a << b) // or >>
 {
     return isChosen(mutant) ? a >> b : a << b;
 }
 
 template <typename A, typename B>
-auto shiftRight(int mutant, const A &a, const B &b) -> decltype(a >> b) // or <<
+auto shiftRight(int mutant, A a, B b) -> decltype(a >> b) // or <<
 {
     return isChosen(mutant) ? a << b : a >> b;
 }
 
 template <typename A, typename B>
-auto bitAnd(int mutant, const A &a, const B &b) -> decltype(a & b) // or |
+auto bitAnd(int mutant, A a, B b) -> decltype(a & b) // or |
 {
     return isChosen(mutant) ? a | b : a & b;
 }
 
 template <typename A, typename B>
-auto bitOr(int mutant, const A &a, const B &b) -> decltype(a | b) // or &
+auto bitOr(int mutant, A a, B b) -> decltype(a | b) // or &
 {
     return isChosen(mutant) ? a & b : a | b;
 }
 
 template <typename A, typename B>
-A &plusAssign(int mutant, A &a, const B &b) // or -=
+A &plusAssign(int mutant, A &a, B b) // or -=
 {
     return isChosen(mutant) ? a -= b : a += b;
 }
 
 template <typename A, typename B>
-A &minusAssign(int mutant, A &a, const B &b) // or +=
+A &minusAssign(int mutant, A &a, B b) // or +=
 {
     return isChosen(mutant) ? a += b : a -= b;
 }
 
 template <typename A, typename B>
-A &timesAssign(int mutant, A &a, const B &b) // or /=
+A &timesAssign(int mutant, A &a, B b) // or /=
 {
     return isChosen(mutant) ? a /= b : a *= b;
 }
 
 template <typename A, typename B>
-A &divideAssign(int mutant, A &a, const B &b) // or *=
+A &divideAssign(int mutant, A &a, B b) // or *=
 {
     return isChosen(mutant) ? a *= b : a /= b;
 }

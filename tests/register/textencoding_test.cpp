@@ -414,6 +414,16 @@ TEST_F(FileEncoding, OfALargeFileIsToldByAllOfIt)
     }
 }
 
+TEST_F(FileEncoding, IsToldByALastByteThatStandsAlone)
+{
+    for (const int blocks : {1, 2}) {
+        SCOPED_TRACE(blocks);
+        const QByteArray text(blocks * 65536, 'x');
+        EXPECT_EQ(of(text + "y"), 3);
+        EXPECT_EQ(of(text + "\xFF"), 0);
+    }
+}
+
 TEST_F(FileEncoding, OfALargeFileIsToldWithoutAnAllocationABlock)
 {
     const auto allocationsFor = [this](int repetitions) {

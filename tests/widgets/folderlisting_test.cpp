@@ -64,11 +64,11 @@ TEST_P(FolderListing, TellsOfEachEntryItsPathAndItsKind)
 {
     const auto listed = entries(true);
     ASSERT_EQ(listed.size(), 2U);
-    EXPECT_EQ(listed[0]->data(panelkit::pathRole), path("zone"));
-    EXPECT_EQ(listed[0]->data(panelkit::folderRole), true);
-    EXPECT_EQ(listed[1]->data(panelkit::pathRole), path("data.csv"));
-    EXPECT_EQ(listed[1]->data(panelkit::folderRole), false);
-    EXPECT_EQ(listed[1]->data(Qt::EditRole), QStringLiteral("data.csv"));
+    EXPECT_EQ(listed[0]->data(panelkit::pathRole).toString(), path("zone"));
+    EXPECT_TRUE(listed[0]->data(panelkit::folderRole).toBool());
+    EXPECT_EQ(listed[1]->data(panelkit::pathRole).toString(), path("data.csv"));
+    EXPECT_FALSE(listed[1]->data(panelkit::folderRole).toBool());
+    EXPECT_EQ(listed[1]->data(Qt::EditRole).toString(), QStringLiteral("data.csv"));
     EXPECT_FALSE(listed[1]->data(Qt::ToolTipRole).isValid());
 }
 
@@ -82,8 +82,8 @@ TEST_P(FolderListing, PrefersWhatWasSetAndCopiesIt)
     for (const QListWidgetItem *entry : {static_cast<const QListWidgetItem *>(listed[1].get()),
                                          static_cast<const QListWidgetItem *>(copy.get())}) {
         EXPECT_EQ(entry->text(), QStringLiteral("other"));
-        EXPECT_EQ(entry->data(panelkit::folderRole), true);
-        EXPECT_EQ(entry->data(panelkit::pathRole), path("data.csv"));
+        EXPECT_TRUE(entry->data(panelkit::folderRole).toBool());
+        EXPECT_EQ(entry->data(panelkit::pathRole).toString(), path("data.csv"));
     }
 }
 
