@@ -17,12 +17,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-// For messages of tests.
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
-
 namespace panelkit::testing {
 
 class PageOnEveryScreen : public WindowOnEveryScreen
