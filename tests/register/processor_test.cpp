@@ -2,7 +2,7 @@
 // long and a time_t have 32 bits, a float beyond an int becomes the nearest one, and the heap's blocks begin
 // at other multiples. Every expected value is written out, so that both give the same.
 
-#include "link/addressindex.h"
+#include "network/dynamiclink.h"
 #include "register/addresstext.h"
 #include "register/numformat.h"
 #include "register/registervaluechange.h"
@@ -16,9 +16,19 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
+
+// Records without pointers and texts have one layout, whatever the processor.
+static_assert(offsetof(sys_base_app_pro, announceMessageBoxClose) == 2);
+static_assert(offsetof(sys_base_app_pro, screenWidth) == 4);
+static_assert(offsetof(sys_base_app_pro, screenHeight) == 8);
+static_assert(sizeof(dynamecslinkParam_t) == 72);
+static_assert(offsetof(dynamecslinkParam_t, stopBits) == 68);
+static_assert(sizeof(cpu_info) == 56);
+static_assert(offsetof(cpu_info, firstCall) == 52);
+static_assert(sizeof(DevDiskInfo) == 12);
 
 namespace {
 
