@@ -51,7 +51,7 @@ if(TARGET panelsim)
 endif()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libpanelkit-dev" COMPONENT development
-  PATTERN man EXCLUDE)
+  PATTERN man EXCLUDE PATTERN Doxyfile EXCLUDE)
 
 set(panelkit_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/panelkit")
 configure_package_config_file(cmake/panelkitConfig.cmake.in panelkitConfig.cmake
