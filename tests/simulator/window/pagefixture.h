@@ -87,6 +87,8 @@ protected:
     // Touches a field and types a text in place of what it holds.
     void type(const char *name, const QString &text)
     {
+        screen.activateWindow(); // no window manager does
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&screen));
         touch(name);
         auto *const edit = child<QLineEdit>(name);
         ASSERT_TRUE(edit->hasFocus()) << name;
