@@ -19,9 +19,15 @@ namespace {
 
 constexpr int columns = 2;
 
-bool hasMacro(const ItemDefinition &item)
+// The mode is a sum of the two.
+bool runsOnPress(const ItemDefinition &item)
 {
-    return item.macro.mode != 0 && !(item.macro.press.isEmpty() && item.macro.release.isEmpty());
+    return (item.macro.mode & ITEM_MACRO_PRESS) != 0 && !item.macro.press.isEmpty();
+}
+
+bool runsOnRelease(const ItemDefinition &item)
+{
+    return (item.macro.mode & ITEM_MACRO_RELEASE) != 0 && !item.macro.release.isEmpty();
 }
 
 QString textOf(const std::optional<MacroValue> &value)
@@ -56,7 +62,7 @@ OperatePage::OperatePage(Session &session, PanelRuntime &runtime, QWidget *paren
     layout->addWidget(buildOutcome(), 2);
     m_grid->setSpacing(sizes.gap);
     for (std::size_t i = 0; i < session.project().items.size(); ++i)
-        if (hasMacro(session.project().items[i]))
+        if (runsOnPress(session.project().items[i]) || runsOnRelease(session.project().items[i]))
             addButton(i);
     connect(&runtime, &PanelRuntime::macroEnded, this, &OperatePage::showEnd);
     retranslate();
@@ -101,11 +107,24 @@ void OperatePage::addButton(std::size_t item)
     const int place = static_cast<int>(m_buttons.size());
     m_grid->addWidget(button, place / columns, place % columns);
     m_buttons[item] = button;
-    connect(button, &MacroButton::pressed, this, [this, item, button] {
-        button->setRunning(m_session.project().items[item].macro.mode != 2);
+    connect(button, &MacroButton::pressed, this, [this, item] {
+        if (!runsOnPress(m_session.project().items[item]))
+            return;
         m_runtime.press(item);
+        noteRun(item, 1);
     });
-    connect(button, &MacroButton::released, this, [this, item] { m_runtime.release(item); });
+    connect(button, &MacroButton::released, this, [this, item] {
+        if (!runsOnRelease(m_session.project().items[item]))
+            return;
+        m_runtime.release(item);
+        noteRun(item, 1);
+    });
+}
+
+void OperatePage::noteRun(std::size_t item, int change)
+{
+    m_runs[item] += change;
+    m_buttons.at(item)->setRunning(m_runs[item] > 0);
 }
 
 QString OperatePage::title() const
@@ -131,7 +150,7 @@ void OperatePage::showEvent(QShowEvent *event)
 
 void OperatePage::showEnd(const MacroWorker::Ended &ended)
 {
-    m_buttons.at(ended.owner.item)->setRunning(false);
+    noteRun(ended.owner.item, -1);
     m_last = ended;
     m_hasRun = true;
     retranslate();

@@ -35,6 +35,7 @@ protected:
 
 private:
     void addButton(std::size_t item);
+    void noteRun(std::size_t item, int change);
     void showEnd(const MacroWorker::Ended &ended);
     QString variableAt(const MacroAddress &address) const;
     QString accessText(const MacroAccess &access) const;
@@ -45,6 +46,7 @@ private:
     PanelRuntime &m_runtime;
     QGridLayout *m_grid;
     std::map<std::size_t, MacroButton *> m_buttons; // by item
+    std::map<std::size_t, int> m_runs; // by item: those that were asked for and have not ended
     std::vector<RegisterValueChange> m_watched;
     QLabel *m_outcome;
     QLabel *m_details;

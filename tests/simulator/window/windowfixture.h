@@ -45,6 +45,9 @@ protected:
     {
         window.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+        // An X server without a window manager gives the focus to nobody by itself.
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
 
     // The finger works on the window, as the screen's driver does: what it hits gets the events.
