@@ -46,7 +46,7 @@ private:
     PanelRuntime &m_runtime;
     QGridLayout *m_grid;
     std::map<std::size_t, MacroButton *> m_buttons; // by item
-    std::map<std::size_t, int> m_runs; // by item: those that were asked for and have not ended
+    std::map<std::size_t, int> m_runs;              // by item: those that were asked for and have not ended
     std::vector<RegisterValueChange> m_watched;
     QLabel *m_outcome;
     QLabel *m_details;
