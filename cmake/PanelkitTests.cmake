@@ -19,6 +19,15 @@ endif()
 
 set(PANELKIT_TEST_COMPILE_OPTIONS "" CACHE STRING "Compiler options of the tests' own sources, after all others")
 
+# What every source of every test begins with, compiled once: without that, half of the time that tests take to
+# compile goes into GoogleTest.
+add_library(panelkit_test_prelude STATIC "${PROJECT_SOURCE_DIR}/tests/support/prelude.cpp")
+target_precompile_headers(panelkit_test_prelude PRIVATE
+  "${PROJECT_SOURCE_DIR}/tests/support/qtprinting.h" <gmock/gmock.h> <gtest/gtest.h>)
+target_compile_options(panelkit_test_prelude PRIVATE ${PANELKIT_TEST_COMPILE_OPTIONS})
+target_link_libraries(panelkit_test_prelude PRIVATE panelkit_build_flags GTest::gmock)
+panelkit_link_qt(panelkit_test_prelude PRIVATE Core)
+
 # panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [THREADS]
 #                   [LIBRARIES <target>...])
 #
@@ -43,8 +52,8 @@ function(panelkit_add_test name)
   set_target_properties(${name} PROPERTIES
     AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_compile_options(${name} PRIVATE ${PANELKIT_TEST_COMPILE_OPTIONS}
-    -include "${PROJECT_SOURCE_DIR}/tests/support/qtprinting.h")
+  target_compile_options(${name} PRIVATE ${PANELKIT_TEST_COMPILE_OPTIONS})
+  target_precompile_headers(${name} REUSE_FROM panelkit_test_prelude)
   target_compile_definitions(${name} PRIVATE
     PANELKIT_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     $<$<BOOL:${arg_GUI}>:PANELKIT_TEST_GUI>)
