@@ -1,8 +1,5 @@
 // The driver names of links are read once per process, so every body here runs in a process of its own.
 
-// A folder's entry may have a number that a 32-bit panel's shorter record cannot hold.
-#define _FILE_OFFSET_BITS 64 // NOLINT(bugprone-reserved-identifier): the C library's own name
-
 #include "link/addressindex.h"
 
 #include "link/address_check.h"
@@ -14,8 +11,6 @@
 #include <cstdlib>
 #include <functional>
 #include <limits>
-
-#include <dirent.h>
 
 namespace {
 
@@ -53,16 +48,14 @@ protected:
         return tools_getAddrIndexFromDriverName(text(link), text(regName), text(addrText), useProjectLinks);
     }
 
-    // As the folder itself yields its files.
+    // As the folder itself yields its files. The toolkit reads it, since a plain readdir stops on a 32-bit
+    // panel at the first entry whose number is too long for it.
     QString firstFileNamed(const QString &part) const
     {
-        QString first;
-        DIR *entries = opendir(QFile::encodeName(folder).constData());
-        while (const dirent *entry = readdir(entries))
-            if (first.isEmpty() && text(entry->d_name).toLower().contains(part))
-                first = text(entry->d_name);
-        closedir(entries);
-        return first;
+        for (const QString &name : QDir(folder).entryList(QDir::Files, QDir::Unsorted))
+            if (name.toLower().contains(part))
+                return name;
+        return QString();
     }
 
     const QString folder = root.filePath(text("usr/tesk42/project/driver/"));
