@@ -70,7 +70,7 @@ void MacroRoad::act(Chance &chance)
         std::find_if(m_project.counters.begin(), m_project.counters.end(),
                      [&name](const SoakProject::Counter &candidate) { return candidate.item == name; });
     if (counter != m_project.counters.end() && !chance.oneIn(50)) {
-        count(*counter, item);
+        runCounter(*counter, item);
         return;
     }
     const bool isPress = mode == 1 || (mode == 3 && counter == m_project.counters.end() && chance.oneIn(2));
@@ -91,7 +91,7 @@ void MacroRoad::run(std::size_t item, ITEM_MACRO_TYPE type)
         lose(QStringLiteral("the event of '%1' was not handled").arg(m_project.project.items[item].name));
 }
 
-void MacroRoad::count(const SoakProject::Counter &counter, std::size_t item)
+void MacroRoad::runCounter(const SoakProject::Counter &counter, std::size_t item)
 {
     const LinkValue link = m_shift->session.communication().getLinkValueByName(counter.link);
     const int unit = link.addmore == 0 ? link.station : counter.station;

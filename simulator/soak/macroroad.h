@@ -41,7 +41,7 @@ private:
     };
 
     void run(std::size_t item, ITEM_MACRO_TYPE type);
-    void count(const SoakProject::Counter &counter, std::size_t item);
+    void runCounter(const SoakProject::Counter &counter, std::size_t item);
 
     const SoakProject &m_project;
     SoakPlc &m_plc;

@@ -39,6 +39,17 @@ Descriptor deadSocket(quint16 &port)
     return socket;
 }
 
+PlcFaultSetting drawnFault(Chance &chance, const std::vector<int> &units)
+{
+    PlcFaultSetting fault;
+    fault.fault = static_cast<PlcFault>(chance.between(0, static_cast<int>(plcFaultNames.size()) - 1));
+    fault.unit = chance.oneIn(2) ? PlcFaultSetting::allUnits : chance.of(units);
+    fault.answers = chance.oneIn(2) ? chance.between(1, 10) : 0;
+    fault.delay = std::chrono::milliseconds(chance.between(10, 600));
+    fault.exceptionCode = chance.between(1, 11);
+    return fault;
+}
+
 } // namespace
 
 SoakPlc::SoakPlc(const std::vector<int> &units)
@@ -56,7 +67,7 @@ void SoakPlc::act(Chance &chance)
 {
     switch (chance.between(1, 4)) {
     case 1:
-        switchFaultOn(chance);
+        switchOn(drawnFault(chance, m_units));
         break;
     case 2:
         recover();
@@ -74,16 +85,10 @@ void SoakPlc::recover()
         m_server.clearFault(unit);
 }
 
-void SoakPlc::switchFaultOn(Chance &chance)
+void SoakPlc::switchOn(const PlcFaultSetting &fault)
 {
-    PlcFaultSetting setting;
-    setting.fault = static_cast<PlcFault>(chance.between(0, static_cast<int>(plcFaultNames.size()) - 1));
-    setting.unit = chance.oneIn(2) ? PlcFaultSetting::allUnits : chance.of(m_units);
-    setting.answers = chance.oneIn(2) ? chance.between(1, 10) : 0;
-    setting.delay = std::chrono::milliseconds(chance.between(10, 600));
-    setting.exceptionCode = chance.between(1, 11);
-    m_server.setFault(setting);
-    const std::string_view name = plcFaultName(setting.fault);
+    m_server.setFault(fault);
+    const std::string_view name = plcFaultName(fault.fault);
     ++m_faults[QString::fromLatin1(name.data(), static_cast<int>(name.size()))];
 }
 

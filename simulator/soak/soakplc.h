@@ -35,6 +35,7 @@ public:
     // Goes on to the next generation of witnesses; or another fault, or none, from now on.
     void act(Chance &chance);
 
+    void switchOn(const PlcFaultSetting &fault);
     void recover(); // from every fault
 
     // Whether all clients have gone; waits for them.
@@ -54,7 +55,6 @@ public:
 
 private:
     void writeWitnesses();
-    void switchFaultOn(Chance &chance);
 
     const std::vector<int> m_units;
     PlcMemory m_memory;

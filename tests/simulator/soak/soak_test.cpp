@@ -1,0 +1,86 @@
+#include "simulator/soak/soak.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace panelkit::simulator;
+
+namespace {
+
+std::unique_ptr<Soak> openSoak(quint64 seed)
+{
+    QString error;
+    auto soak = Soak::open({QString(), seed}, error);
+    EXPECT_TRUE(soak) << error.toStdString();
+    return soak;
+}
+
+std::vector<quint64> askedAfter(quint64 seed, int actions)
+{
+    const auto soak = openSoak(seed);
+    for (int i = 0; i < actions; ++i)
+        EXPECT_TRUE(soak->act());
+    soak->end();
+    std::vector<quint64> asked;
+    for (const Road *road : soak->roads())
+        asked.push_back(road->count().asked);
+    return asked;
+}
+
+// A shift on every road, and its end.
+void workAShift(Soak &soak)
+{
+    for (std::size_t i = 0; i < soak.roads().size(); ++i)
+        ASSERT_TRUE(soak.act());
+    soak.end();
+}
+
+} // namespace
+
+TEST(SoakOfTheSample, LosesNothingOnAnyRoad)
+{
+    const auto soak = openSoak(4);
+    for (int i = 0; i < Soak::actionsOfAShift + 50; ++i)
+        ASSERT_TRUE(soak->act());
+    EXPECT_EQ(soak->shifts(), 1u);
+    soak->end();
+    EXPECT_EQ(soak->shifts(), 2u);
+    EXPECT_EQ(soak->losses().join(QLatin1Char('\n')).toStdString(), "");
+    for (const Road *road : soak->roads()) {
+        EXPECT_GE(road->count().asked, 1u) << road->name().toStdString();
+        EXPECT_TRUE(road->count().isComplete()) << road->name().toStdString();
+    }
+    EXPECT_FALSE(soak->faults().empty());
+    EXPECT_GT(soak->plcRequests(), 0u);
+}
+
+TEST(SoakOfTheSample, AsksTheSameForTheSameSeed)
+{
+    const std::vector<quint64> asked = askedAfter(8, 120);
+    EXPECT_EQ(asked, askedAfter(8, 120));
+    EXPECT_NE(asked, askedAfter(9, 120));
+}
+
+TEST(SoakOfTheSample, FindsADescriptorThatStaysOpen)
+{
+    const auto soak = openSoak(4);
+    workAShift(*soak);
+    workAShift(*soak);
+    soak->endWarmUp();
+    workAShift(*soak);
+    EXPECT_EQ(soak->growths().join(QLatin1Char('\n')).toStdString(), "");
+    const int leaked = open("/dev/null", O_RDONLY);
+    workAShift(*soak);
+    close(leaked);
+    ASSERT_EQ(soak->growths().size(), 1);
+    EXPECT_EQ(soak->growths().first().indexOf(QStringLiteral("the number of open descriptors grew")), 0);
+}
+
+TEST(SoakOfTheSample, DoesNotOpenWithoutItsProject)
+{
+    QString error;
+    EXPECT_FALSE(Soak::open({QStringLiteral("/nowhere/project.json"), 1}, error));
+    EXPECT_EQ(error.toStdString(), "/nowhere/project.json: No such file or directory");
+}
