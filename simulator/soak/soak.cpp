@@ -138,6 +138,8 @@ std::unique_ptr<Soak> Soak::open(const SoakOptions &options, QString &error)
                     .arg(QString::fromLocal8Bit(fault.what()));
         return nullptr;
     }
+    // Its pictures would be taken for growth until it is full, and emptied it would keep their names for ever.
+    QPixmapCache::setCacheLimit(0);
     Parts &parts = *soak->m_parts;
     parts.projectFile = parts.root.filePath(QStringLiteral("soak.json"));
     if (!parts.root.isValid() || !replaceFile(parts.projectFile, project->file)) {
@@ -203,7 +205,6 @@ void Soak::endShift()
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     clearEventLibrary();
-    QPixmapCache::clear(); // it would go on to fill up to its limit
     parts.last = Footprint::now();
     ++parts.shifts;
 }

@@ -22,7 +22,7 @@ struct SoakOptions
 
 // A session is opened, worked on in a shift of some hundred actions, and closed; then the next one. Between
 // two shifts nothing is open, and the process is measured. Takes a QApplication, and the process: its system
-// root, its application record, its event queue.
+// root, its application record, its event queue, and the toolkit's cache of pictures, which is switched off.
 class Soak
 {
 public:
