@@ -138,7 +138,8 @@ std::unique_ptr<Soak> Soak::open(const SoakOptions &options, QString &error)
                     .arg(QString::fromLocal8Bit(fault.what()));
         return nullptr;
     }
-    // Its pictures would be taken for growth until it is full, and emptied it would keep their names for ever.
+    // Its pictures would be taken for growth until it is full, and emptied it would keep their names for
+    // ever.
     QPixmapCache::setCacheLimit(0);
     Parts &parts = *soak->m_parts;
     parts.projectFile = parts.root.filePath(QStringLiteral("soak.json"));
