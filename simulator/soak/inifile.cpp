@@ -1,6 +1,8 @@
 #include "simulator/soak/inifile.h"
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstdio>
 
@@ -33,8 +35,12 @@ bool replaceFile(const QString &path, const QByteArray &content)
     const QString fresh = path + QLatin1String(".fresh");
     {
         QFile file(fresh);
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
             return false;
+        // The toolkit takes a file of the same size and the same millisecond for the one that it has read.
+        const QDateTime earlier = QFileInfo(path).lastModified();
+        if (QFileInfo::exists(path) && file.fileTime(QFileDevice::FileModificationTime) <= earlier)
+            file.setFileTime(earlier.addMSecs(1), QFileDevice::FileModificationTime);
     }
     return std::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(path).constData()) == 0;
 }

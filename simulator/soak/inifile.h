@@ -18,7 +18,7 @@ IniValues iniValues(const QByteArray &file);
 QByteArray fileBytes(const QString &path);
 
 // Puts another file in the place of one, as a program that saves anew does: whoever reads finds the one or
-// the other. False when that cannot be done.
+// the other, and the new one is the younger. False when that cannot be done.
 bool replaceFile(const QString &path, const QByteArray &content);
 
 // How the values differ, in a line; empty when they do not.
