@@ -96,6 +96,31 @@ TEST(EncodedWriter, WritesSurrogatesAndInvisibleCharactersAsATextStreamDoes)
     }
 }
 
+TEST(EncodedWriter, TellsAsciiFromItsNeighbours)
+{
+    const QStringList texts = {QString(8, QChar(0x80)), QString(8, QChar(0x7f)), QString(8, QChar(0)),
+                               QStringLiteral("abc\u0080abcd"), QStringLiteral("abc\u0081abcd")};
+    for (const char *codecName : {"GBK", "UTF-8", "ISO-8859-1"}) {
+        SCOPED_TRACE(codecName);
+        EXPECT_EQ(ours(codecName, texts), plain(codecName, texts));
+    }
+}
+
+TEST(EncodedWriter, KeepsNothingBackFromAFlushOrWhenItGoes)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    {
+        EncodedWriter writer(QTextCodec::codecForName("GBK"), &buffer);
+        writer.write('a');
+        EXPECT_EQ(buffer.data(), QByteArray());
+        writer.flush();
+        EXPECT_EQ(buffer.data(), QByteArray("a"));
+        writer.write(QStringLiteral("bc"));
+    }
+    EXPECT_EQ(buffer.data(), QByteArray("abc"));
+}
+
 TEST(EncodedWriter, WritesRandomTextsAsATextStreamDoes)
 {
     RandomText random(6);

@@ -112,6 +112,21 @@ TEST(UTimer, TakesAnyNewCycleAtTheNextReload)
     EXPECT_EQ(runs, 2);
 }
 
+TEST(UTimer, WaitsAWholeCycleAfterEachRun)
+{
+    for (const int count : {-1, 3}) {
+        SCOPED_TRACE(count);
+        int runs = 0;
+        UTimer timer(countRun, &runs, 1000, count, true);
+        timer.Start();
+        EXPECT_EQ(tick(timer, 400), 4);
+        EXPECT_EQ(tick(timer, 600), 3);
+        EXPECT_EQ(tick(timer, 700), 4);
+        EXPECT_EQ(tick(timer, 300), 3);
+        EXPECT_EQ(runs, 2);
+    }
+}
+
 TEST(UTimer, StopsItselfAfterItsLastRunAndCanRepeatTheSeries)
 {
     int runs = 0;
