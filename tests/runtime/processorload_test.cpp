@@ -51,21 +51,21 @@ protected:
     // Puts the file "/proc/stat" of that name in place.
     void standAt(const char *name)
     {
-        tools_setSystemRoot(QLatin1String(PANELKIT_TEST(ProcessorLine, IsReadFromItsBeginOn) {
-                                const char text[] = "no  cpu 1 2 3";
-                                cpu_info sample = {};
-                                panelkit::parseProcessorLine(text + 2, sample);
-                                EXPECT_STREQ(sample.cpuName, "cpu");
-                                EXPECT_EQ(sample.user, 1U);
-                                EXPECT_EQ(sample.system, 3U);
-                            }
-
-                                          TEST_DATA "/procstat/") +
-                            QLatin1String(name));
+        tools_setSystemRoot(QLatin1String(PANELKIT_TEST_DATA "/procstat/") + QLatin1String(name));
     }
 };
 
 } // namespace
+
+TEST(ProcessorLine, IsReadFromItsBeginOn)
+{
+    const char text[] = "no  cpu 1 2 3";
+    cpu_info sample = {};
+    panelkit::parseProcessorLine(text + 2, sample);
+    EXPECT_STREQ(sample.cpuName, "cpu");
+    EXPECT_EQ(sample.user, 1U);
+    EXPECT_EQ(sample.system, 3U);
+}
 
 TEST_F(ProcessorLoad, SampleHoldsWhatTheKernelGives)
 {
