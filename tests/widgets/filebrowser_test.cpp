@@ -255,6 +255,20 @@ TEST_F(FileBrowserRoots, AreListedOnceByATranslation)
     EXPECT_EQ(listed(), QStringList({QStringLiteral("a.csv"), QStringLiteral("b.csv")}));
 }
 
+TEST_F(FileBrowserRoots, MayBeChosenThereAndBack)
+{
+    makeFolder(QStringLiteral("first"));
+    makeFolder(QStringLiteral("first/a"));
+    makeFolder(QStringLiteral("second"));
+    browser.setFileBrowserInfo({{QStringLiteral("First"), path(QStringLiteral("first"))},
+                                {QStringLiteral("Second"), path(QStringLiteral("second"))}});
+    browser.reTranslateUI();
+    rootNames->setCurrentIndex(1);
+    EXPECT_EQ(listed(), QStringList());
+    rootNames->setCurrentIndex(0);
+    EXPECT_EQ(listed(), QStringList(QStringLiteral("a")));
+}
+
 TEST_F(FileBrowserRoots, StartOverInTheFirstWithEachTranslation)
 {
     makeFolder(QStringLiteral("data"));

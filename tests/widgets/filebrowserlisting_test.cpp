@@ -2,6 +2,8 @@
 #include "tests/support/ordinaryuser.h"
 #include "tests/widgets/browserfixture.h"
 
+#include <QImage>
+
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -15,6 +17,16 @@ namespace {
 using FileBrowserListing = BrowserOn<WidgetFixture>;
 
 const QDir::Filters everything = QDir::Dirs | QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot;
+
+// How many points of the picture differ from its first.
+int marks(const QImage &picture)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            count += picture.pixel(x, y) != picture.pixel(0, 0) ? 1 : 0;
+    return count;
+}
 
 } // namespace
 
@@ -230,4 +242,34 @@ TEST_F(FileBrowserListing, HoldsTwentyThousandFiles)
     browser.showDir(root());
     QApplication::processEvents();
     EXPECT_LE((heapInUse() - without) / count, 350U) << "bytes of heap an entry";
+}
+
+TEST_F(FileBrowserListing, DrawsAFoldersNameAndAnArrowBehindIt)
+{
+    makeFolder(QStringLiteral("folder"));
+    makeFile(QStringLiteral("file.csv"));
+    browse(FileBro_SingleFile);
+    show(browser);
+    const auto rowOf = [this](const char *name) {
+        const QRect row = list->visualItemRect(item(QLatin1String(name)));
+        return list->viewport()->grab(row.adjusted(0, 2, 0, -2)).toImage();
+    };
+    const auto nameOf = [](const QImage &row) {
+        return row.copy(0, 0, row.width() - 30, row.height());
+    };
+    const auto endOf = [](const QImage &row) {
+        return row.copy(row.width() - 30, 0, 30, row.height());
+    };
+    EXPECT_GT(marks(nameOf(rowOf("folder"))), 0);
+    EXPECT_GT(marks(endOf(rowOf("folder"))), 0);
+    EXPECT_GT(marks(nameOf(rowOf("file.csv"))), 0);
+    EXPECT_EQ(marks(endOf(rowOf("file.csv"))), 0);
+
+    const QImage before = rowOf("folder");
+    item(QStringLiteral("folder"))->setSelected(true);
+    const QImage selected = rowOf("folder");
+    EXPECT_EQ(selected.pixelColor(selected.width() - 1, 0), list->palette().color(QPalette::Highlight));
+    EXPECT_NE(selected.pixelColor(0, 0), before.pixelColor(0, 0));
+    EXPECT_GT(marks(nameOf(selected)), 0);
+    EXPECT_GT(marks(endOf(selected)), 0);
 }

@@ -127,6 +127,16 @@ TEST_F(TipsProgressBarForm, KeepsItsDesignSizeWithoutAnApplicationRecord)
     EXPECT_EQ(TipsProgressBar().geometry(), QRect(0, 0, 480, 272));
 }
 
+TEST_F(TipsProgressBarUpdate, ShowsAZeroToo)
+{
+    overlay.UpdateProgress(40, 50, false, QString());
+    overlay.UpdateProgress(0, 0, false, QString());
+    EXPECT_EQ(first->value(), 0);
+    EXPECT_EQ(second->value(), 0);
+    EXPECT_FALSE(first->isHidden());
+    EXPECT_FALSE(second->isHidden());
+}
+
 TEST_F(TipsProgressBarUpdate, ShowsTitleAndBothBars)
 {
     overlay.UpdateProgress(40, 70, false, QStringLiteral("Exporting"));
