@@ -185,7 +185,7 @@ class Run:
             if survived and not mutant.reason:
                 faults.append(f"{mutant.file}:{mutant.line}: {mutant.function}: `{mutant.code}`: {mutant.change}: "
                               f"{mutant.outcome}")
-            elif mutant.reason and not survived:
+            elif mutant.reason and not survived and "AddressSanitizer" not in mutant.reason:
                 faults.append(f"{mutant.file}:{mutant.line}: `{mutant.code}`: {mutant.change}: was {mutant.outcome}, "
                               f"but {EXPLAINED.name} says that no test can")
         for key in self.stale:
