@@ -2,26 +2,14 @@
 #pragma once
 
 #include "tests/support/panelfixture.h"
+#include "tests/support/screens.h"
 
 #include <QApplication>
 #include <QTest>
 #include <QWidget>
 #include <QWindow>
 
-#include <ostream>
-
 namespace panelkit::testing {
-
-struct Screen
-{
-    int width;
-    int height;
-};
-
-inline std::ostream &operator<<(std::ostream &out, const Screen &screen)
-{
-    return out << screen.width << "x" << screen.height;
-}
 
 class WidgetFixture : public PanelFixture
 {
@@ -73,16 +61,4 @@ protected:
     QSize screenSize() const { return QSize(GetParam().width, GetParam().height); }
 };
 
-inline std::string screenName(const ::testing::TestParamInfo<Screen> &info)
-{
-    return std::to_string(info.param.width) + "x" + std::to_string(info.param.height);
-}
-
 } // namespace panelkit::testing
-
-#define INSTANTIATE_ON_EVERY_SCREEN(suite)                                                                   \
-    INSTANTIATE_TEST_SUITE_P(Screen, suite,                                                                  \
-                             ::testing::Values(panelkit::testing::Screen{480, 272},                          \
-                                               panelkit::testing::Screen{272, 480},                          \
-                                               panelkit::testing::Screen{800, 480}),                         \
-                             panelkit::testing::screenName)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulator/host/session.h"
+#include "tests/support/screens.h"
 
 #include <QApplication>
 #include <QTest>
@@ -11,21 +12,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <ostream>
-#include <string>
 
 namespace panelkit::testing {
-
-struct Screen
-{
-    int width;
-    int height;
-};
-
-inline std::ostream &operator<<(std::ostream &out, const Screen &screen)
-{
-    return out << screen.width << "x" << screen.height;
-}
 
 // Waits for what the screen or the PLC will show; generous, since it only fails when it never comes.
 #define WAIT_FOR(condition) ASSERT_TRUE(QTest::qWaitFor([&] { return (condition); }, 20000)) << #condition
@@ -69,16 +57,4 @@ protected:
     WindowOnEveryScreen() : WindowFixture(GetParam()) {}
 };
 
-inline std::string screenName(const ::testing::TestParamInfo<Screen> &info)
-{
-    return std::to_string(info.param.width) + "x" + std::to_string(info.param.height);
-}
-
 } // namespace panelkit::testing
-
-#define INSTANTIATE_ON_EVERY_SCREEN(suite)                                                                   \
-    INSTANTIATE_TEST_SUITE_P(Screen, suite,                                                                  \
-                             ::testing::Values(panelkit::testing::Screen{480, 272},                          \
-                                               panelkit::testing::Screen{272, 480},                          \
-                                               panelkit::testing::Screen{800, 480}),                         \
-                             panelkit::testing::screenName)
