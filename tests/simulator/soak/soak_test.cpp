@@ -37,6 +37,12 @@ void workAShift(Soak &soak)
     soak.end();
 }
 
+// Of so few shifts nothing can be said about memory: on an X server the toolkit is still warming up.
+QStringList descriptorGrowths(const Soak &soak)
+{
+    return soak.growths().filter(QStringLiteral("the number of open descriptors grew"));
+}
+
 } // namespace
 
 TEST(SoakOfTheSample, LosesNothingOnAnyRoad)
@@ -70,12 +76,11 @@ TEST(SoakOfTheSample, FindsADescriptorThatStaysOpen)
     workAShift(*soak);
     soak->endWarmUp();
     workAShift(*soak);
-    EXPECT_EQ(soak->growths().join(QLatin1Char('\n')).toStdString(), "");
+    EXPECT_EQ(descriptorGrowths(*soak).join(QLatin1Char('\n')).toStdString(), "");
     const int leaked = open("/dev/null", O_RDONLY);
     workAShift(*soak);
     close(leaked);
-    ASSERT_EQ(soak->growths().size(), 1);
-    EXPECT_EQ(soak->growths().first().indexOf(QStringLiteral("the number of open descriptors grew")), 0);
+    EXPECT_EQ(descriptorGrowths(*soak).size(), 1);
 }
 
 TEST(SoakOfTheSample, DoesNotOpenWithoutItsProject)
