@@ -87,10 +87,8 @@ void FileBrowser::reTranslateUI()
     const QList<FileBro_t> roots = m_roots;
     for (const FileBro_t &root : roots)
         rootNames->addItem(QIcon(), root.name);
-    if (!m_roots.isEmpty()) {
+    if (!m_roots.isEmpty())
         m_currentPath = m_roots.first().path;
-        rootNames->setCurrentIndex(0);
-    }
     rootNames->blockSignals(blocked);
     showDir(m_currentPath);
 }

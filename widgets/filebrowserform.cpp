@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPainter>
+#include <QPolygon>
 #include <QVBoxLayout>
 
 namespace panelkit {
@@ -43,11 +44,11 @@ public:
         TouchRowDelegate::paint(painter, name, index);
 
         const QPoint tip(option.rect.right() - fingerHeight / 4, option.rect.center().y());
-        const QPoint arrow[] = {tip + QPoint(-5, -6), tip, tip + QPoint(-5, 6)};
+        const QPolygon arrow = QPolygon() << tip + QPoint(-5, -6) << tip << tip + QPoint(-5, 6);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(QPen(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text), 2));
-        painter->drawPolyline(arrow, 3);
+        painter->drawPolyline(arrow);
         painter->restore();
     }
 };

@@ -53,10 +53,10 @@ bool hasSuffixOf(const QList<QString> &extensions, const QString &name)
     return suffix.size() < name.size() && !suffix.isEmpty() && extensions.contains(suffix);
 }
 
-// Such a name is the same text in every locale.
+// Such a name is the same text in every locale. A plain char has no sign on ARM.
 bool isAscii(const char *name)
 {
-    while (*name > 0)
+    while (static_cast<signed char>(*name) > 0)
         ++name;
     return *name == '\0';
 }

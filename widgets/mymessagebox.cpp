@@ -18,11 +18,12 @@ namespace {
 
 const int widestLine = 300; // pixels
 
-// `text` in as many parts as bring a width of `width` pixels down to the widest line. All parts but the first
-// hold one character less, since the positions of the breaks count the breaks before them.
+// `text`, which is more than the widest line wide, in as many parts as bring its `width` in pixels down to
+// that. All parts but the first hold one character less, since the positions of the breaks count the breaks
+// before them.
 QString brokenIntoLines(const QString &text, int width)
 {
-    int lines = 1;
+    int lines = 2;
     while (width / lines > widestLine)
         ++lines;
     const int step = static_cast<int>(text.size()) / lines;
@@ -39,13 +40,11 @@ MyMessagebox::MyMessagebox(QString text) : m_label(new QLabel(text, this))
 {
     useNoticeFont(this);
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
-    m_label->adjustSize();
     m_label->setAlignment(Qt::AlignLeft);
 
     QPushButton *const button = new QPushButton(tr("ok"), this);
     button->setFont(noticeFont());
     button->setMinimumHeight(fingerHeight);
-    button->adjustSize();
     connect(button, SIGNAL(clicked()), this, SLOT(OnCancel()));
     QHBoxLayout *const buttonRow = new QHBoxLayout;
     buttonRow->addWidget(button);

@@ -65,8 +65,10 @@ protected:
     bool showsThatFolderIsMissing() const
     {
         return list->count() == 1 && list->item(0)->text() == QStringLiteral("Folder does not exist") &&
-               list->item(0)->data(pathRole).toString().isEmpty() &&
-               !list->item(0)->data(folderRole).toBool();
+               list->item(0)->data(pathRole) == QVariant(QString()) &&
+               list->item(0)->data(pathRole).isValid() &&
+               list->item(0)->data(folderRole) == QVariant(false) &&
+               list->item(0)->data(folderRole).isValid();
     }
 
     QTemporaryDir m_folder;

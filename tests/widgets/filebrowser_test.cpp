@@ -255,6 +255,17 @@ TEST_F(FileBrowserRoots, AreListedOnceByATranslation)
     EXPECT_EQ(listed(), QStringList({QStringLiteral("a.csv"), QStringLiteral("b.csv")}));
 }
 
+TEST_F(FileBrowserRoots, AreAnnouncedToTheViewAfterAnEmptyFolderToo)
+{
+    makeFolder(QStringLiteral("empty"));
+    browse(FileBro_SingleFile);
+    browser.showDir(path(QStringLiteral("empty")));
+    ASSERT_EQ(list->count(), 0);
+    QSignalSpy insertions(list->model(), &QAbstractItemModel::rowsInserted);
+    browser.showDir(root());
+    EXPECT_EQ(insertions.count(), 1);
+}
+
 TEST_F(FileBrowserRoots, MayBeChosenThereAndBack)
 {
     makeFolder(QStringLiteral("first"));
@@ -355,6 +366,10 @@ TEST_F(FileBrowserRoots, AreNotLookedForBeyondTheirEnd)
     browser.reTranslateUI();
     show(browser);
     browser.setFileBrowserInfo({});
+    browser.showDir(path(QStringLiteral("one")));
+    tap(back);
+    EXPECT_EQ(listed(), QStringList(QStringLiteral("two")));
+    browser.showDir(root());
     rootNames->setCurrentIndex(1); // the names are still those of the last translation
     EXPECT_EQ(listed(), QStringList(QStringLiteral("one")));
     rootNames->setCurrentIndex(-1);

@@ -36,7 +36,7 @@ TEST_F(FileBrowserListing, FiltersFilesByTheirExactSuffix)
     const QStringList files = {QStringLiteral("report.csv"),  QStringLiteral("report.CSV"),
                                QStringLiteral("README"),      QStringLiteral("archive.csv.gz"),
                                QStringLiteral("old.tar.csv"), QStringLiteral("dot."),
-                               QStringLiteral("reportcsv")};
+                               QStringLiteral("reportcsv"),   QStringLiteral("csv")};
     for (const QString &file : files)
         makeFile(file);
     browse(FileBro_SingleFile, {QStringLiteral("csv")});

@@ -18,6 +18,13 @@ QString longName()
     return QStringLiteral("a name far too long for the screen ").repeated(7) + QStringLiteral("1.csv");
 }
 
+// How high the label's text is, broken between words at the label's width.
+int heightOfText(const QLabel &label)
+{
+    const QRect room(0, 0, label.width(), 10000);
+    return label.fontMetrics().boundingRect(room, Qt::TextWordWrap, label.text()).height();
+}
+
 // Contrast of two colours, from 1 (none) to 21 (black and white), as accessibility guidelines count it.
 double contrast(const QColor &a, const QColor &b)
 {
@@ -48,6 +55,24 @@ TEST_P(FileBrowserOnScreen, CoversTheScreenWhateverItShows)
     browser.reTranslateUI();
     show(browser);
     EXPECT_EQ(browser.size(), screenSize());
+    EXPECT_GE(title->height(), heightOfText(*title)) << "all of the title is seen";
+    browser.setTitle(QString(200, QLatin1Char('m')));
+    browser.reTranslateUI();
+    QApplication::processEvents();
+    EXPECT_EQ(browser.size(), screenSize()) << "a title that cannot be broken is cut";
+}
+
+TEST_P(FileBrowserOnScreen, KeepsFourPixelsAroundWhatItHolds)
+{
+    browse(FileBro_SingleFile);
+    show(browser);
+    const int gap = 4;
+    const QRect room = browser.contentsRect().adjusted(gap, gap, -gap, -gap);
+    EXPECT_EQ(list->geometry().left(), room.left());
+    EXPECT_EQ(list->geometry().right(), room.right());
+    EXPECT_EQ(title->geometry().top(), room.top());
+    EXPECT_EQ(ok->geometry().bottom(), room.bottom());
+    EXPECT_EQ(list->geometry().bottom() + 1 + gap, ok->geometry().top());
 }
 
 TEST_P(FileBrowserOnScreen, OffersTargetsThatAFingerHits)
@@ -204,6 +229,8 @@ TEST_P(FileBrowserOnScreen, NamesEveryControlForAScreenReader)
         ASSERT_NE(interface, nullptr);
         EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty()) << control->objectName().toStdString();
     }
+    EXPECT_EQ(rootNames->accessibleName(), QStringLiteral("Storage")) << "not the name of the chosen root";
+    EXPECT_EQ(list->accessibleName(), QStringLiteral("Files and folders"));
 }
 
 TEST_P(FileBrowserOnScreen, TellsAScreenReaderOfEveryEntry)

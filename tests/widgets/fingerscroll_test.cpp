@@ -55,4 +55,15 @@ TEST(FingerScroll, TellsTheWidgetOfATouchWhenTheFingerHasLeft)
     viewport.reached.clear();
     send(viewport, QEvent::MouseButtonRelease, Qt::LeftButton);
     EXPECT_EQ(viewport.reached, QList<QEvent::Type>{QEvent::MouseButtonRelease}) << "no finger was down";
+    viewport.reached.clear();
+    send(viewport, QEvent::MouseButtonPress, Qt::LeftButton);
+    EXPECT_EQ(viewport.reached, QList<QEvent::Type>()) << "the next touch may be a drag again";
+}
+
+TEST(FingerScroll, BeginsWithNoFingerDown)
+{
+    Viewport viewport;
+    new panelkit::FingerScroll(&viewport);
+    send(viewport, QEvent::MouseButtonRelease, Qt::LeftButton);
+    EXPECT_EQ(viewport.reached, QList<QEvent::Type>{QEvent::MouseButtonRelease});
 }

@@ -87,6 +87,27 @@ TEST_P(FolderListing, PrefersWhatWasSetAndCopiesIt)
     }
 }
 
+TEST_P(FolderListing, SortsNamesThatBeginAlikeAsTheToolkitDoes)
+{
+    // Each after the last one of its kind; some pairs differ only behind many characters, by their lengths, by
+    // a control character, or by the first character that needs more than eight bits.
+    const QString ends[] = {QStringLiteral("a"), QString(QChar(1)), QString(QChar(0x100))};
+    for (const QString &end : ends) {
+        SCOPED_TRACE(end.toStdString());
+        const QString folder = m_folder.filePath(QStringLiteral("of ") + end);
+        for (int length = 1; length <= 24; ++length)
+            ASSERT_TRUE(QDir().mkpath(folder + QStringLiteral("/b") + end.repeated(length)));
+        const QStringList expected = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+        ASSERT_EQ(expected.size(), 24);
+        QStringList listed;
+        for (FolderEntry *entry : panelkit::folderEntries(folder, false, {})) {
+            listed << entry->text();
+            delete entry;
+        }
+        EXPECT_EQ(listed, expected);
+    }
+}
+
 TEST_P(FolderListing, LeavesNoFolderOpen)
 {
     const auto openFiles = [] {

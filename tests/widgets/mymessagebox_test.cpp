@@ -82,6 +82,11 @@ TEST_F(MyMessageboxForm, StacksLabelAndButton)
     EXPECT_EQ(layout->stretch(4), 1);
 }
 
+TEST_F(MyMessageboxForm, FitsItsTextFromTheStart)
+{
+    EXPECT_EQ(box.size(), box.sizeHint());
+}
+
 TEST_F(MyMessageboxForm, HasOneSlot)
 {
     const QMetaObject &type = MyMessagebox::staticMetaObject;
@@ -123,6 +128,10 @@ TEST_F(MyMessageboxText, FitsTheDialogToTheText)
     EXPECT_EQ(label->size(), label->sizeHint());
     box.setText(QStringLiteral("Saved."), 1);
     EXPECT_EQ(box.width(), narrow);
+    EXPECT_EQ(label->text(), QStringLiteral("Saved.")) << "in one line";
+    box.setText(QString(100, QLatin1Char('m')), 1);
+    EXPECT_TRUE(label->text().contains(QLatin1Char('\n')));
+    EXPECT_EQ(label->size(), label->sizeHint());
 }
 
 TEST_F(MyMessageboxTime, IsOverAtOnceWithoutSetText)
