@@ -14,7 +14,6 @@ void Ui_TipsProgressBar::setupUi(QWidget *form)
     if (form->objectName().isEmpty())
         form->setObjectName(QLatin1String("TipsProgressBar"));
     form->resize(480, 272);
-    form->setStyleSheet(QString());
 
     gridLayout_3 = new QGridLayout(form);
     gridLayout_3->setObjectName(QLatin1String("gridLayout_3"));
@@ -65,7 +64,6 @@ void Ui_TipsProgressBar::setupBox()
     QProgressBar *const bars[] = {pb_1, pb_2};
     for (int i = 0; i < 2; ++i) {
         bars[i]->setStyleSheet(noBorder);
-        bars[i]->setOrientation(Qt::Horizontal);
         bars[i]->setAlignment(Qt::AlignCenter);
         bars[i]->setValue(0);
         gridLayout->addWidget(bars[i], 1 + i, 0, 1, 1);

@@ -37,7 +37,6 @@ QSize TouchRowDelegate::sizeHint(const QStyleOptionViewItem &option, const QMode
 
 void makeTouchList(QListView *list)
 {
-    list->setItemDelegate(new TouchRowDelegate(list));
     list->setUniformItemSizes(true);
     list->setTextElideMode(Qt::ElideMiddle);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -22,8 +22,8 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 };
 
-// A list whose rows are all alike, scrolls by finger, elides in the middle and shows plainly what is
-// selected.
+// A list whose rows are all alike, as its delegate is to make them, scrolls by finger, elides in the middle
+// and shows plainly what is selected.
 void makeTouchList(QListView *list);
 
 // The colours by which makeTouchList shows a selection.

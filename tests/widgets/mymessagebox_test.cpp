@@ -63,6 +63,18 @@ TEST_F(MyMessageboxForm, LooksAsThePanelsDialogsDo)
     EXPECT_EQ(ok->text(), QStringLiteral("ok"));
 }
 
+TEST_F(MyMessageboxForm, KeepsItsFontsWithoutItsStyleSheet)
+{
+    box.setStyleSheet(QString());
+    EXPECT_EQ(box.font().family(), QStringLiteral("SimSun"));
+    EXPECT_EQ(box.font().pixelSize(), 16);
+    QFont other;
+    other.setPixelSize(30);
+    box.setFont(other);
+    EXPECT_EQ(label->font().pixelSize(), 16);
+    EXPECT_EQ(ok->font().pixelSize(), 16);
+}
+
 TEST_F(MyMessageboxForm, StacksLabelAndButton)
 {
     QFont font;

@@ -61,6 +61,15 @@ TEST_F(ProgressBarForm, LooksAsThePanelsDialogsDo)
     EXPECT_EQ(hideButton->maximumWidth(), 120);
 }
 
+TEST_F(ProgressBarForm, KeepsTheFontOfItsPartsWhateverTheDialogsOwnBecomes)
+{
+    QFont other;
+    other.setPixelSize(30);
+    dialog.setFont(other);
+    for (const QWidget *part : QList<QWidget *>{label, bar, hideButton})
+        EXPECT_EQ(part->font().pixelSize(), 16);
+}
+
 TEST_F(ProgressBarForm, StacksLabelBarAndButton)
 {
     auto *const layout = qobject_cast<QVBoxLayout *>(dialog.layout());
@@ -96,6 +105,8 @@ TEST_F(ProgressBarForm, RoundsItsPositionDown)
 {
     useScreen({319, 201});
     EXPECT_EQ(ProgressBar().pos(), QPoint(-51, -25)); // -50.5 and -24.5
+    useScreen({318, 200});
+    EXPECT_EQ(ProgressBar().pos(), QPoint(-51, -25));
 }
 
 TEST_F(ProgressBarForm, DoesWithoutAnApplicationRecord)

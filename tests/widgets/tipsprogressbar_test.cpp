@@ -55,6 +55,8 @@ TEST_F(TipsProgressBarForm, LooksAsThePanelsOverlaysDo)
     EXPECT_EQ(second->value(), 0);
     EXPECT_EQ(first->orientation(), Qt::Horizontal);
     EXPECT_EQ(second->orientation(), Qt::Horizontal);
+    EXPECT_EQ(first->alignment(), Qt::AlignCenter) << "where the percentage stands";
+    EXPECT_EQ(second->alignment(), Qt::AlignCenter);
 }
 
 TEST_F(TipsProgressBarForm, HoldsTheBoxBetweenFourSpacers)

@@ -2,6 +2,7 @@
 
 #include "widgets/wrappinglabel.h"
 
+#include <QAbstractItemView>
 #include <QImage>
 #include <QLocale>
 
@@ -39,8 +40,8 @@ QImage pictureOf(QWidget &widget)
 TEST(TouchRowDelegate, ShowsEveryLineEndAsABlank)
 {
     const TouchRowDelegate delegate(nullptr);
-    const QString text = QStringLiteral("a\nb\rc\u2028d\u2029e f");
-    EXPECT_EQ(delegate.displayText(text, QLocale()), QStringLiteral("a b c d e f"));
+    const QString text = QStringLiteral("\na\nb\rc\u2028d\u2029e f");
+    EXPECT_EQ(delegate.displayText(text, QLocale()), QStringLiteral(" a b c d e f"));
 }
 
 TEST(TouchButton, DrawsItsFrameAndATextThatDoesNotFitInSeveralLines)
@@ -54,6 +55,29 @@ TEST(TouchButton, DrawsItsFrameAndATextThatDoesNotFitInSeveralLines)
     EXPECT_NE(wrapped.pixel(0, 50), wrapped.pixel(20, 20)) << "the frame stands out";
     const int lineHeight = button.fontMetrics().height();
     EXPECT_GT(differentRows(wrapped, empty).size(), lineHeight) << "more than one line";
+}
+
+TEST(TouchSelection, IsPlainWhateverThePanelsColours)
+{
+    QWidget view;
+    QPalette palette;
+    palette.setColor(QPalette::Highlight, Qt::white);
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    view.setPalette(palette);
+    showSelectionPlainly(&view);
+    EXPECT_EQ(view.palette().color(QPalette::HighlightedText), QColor(Qt::white));
+    EXPECT_LT(view.palette().color(QPalette::Highlight).lightness(), 100);
+}
+
+TEST(TouchComboBox, AsksForTheRoomOfTwelveCharactersWhateverItHolds)
+{
+    TouchComboBox box(nullptr);
+    box.addItem(QStringLiteral("A"));
+    const QSize asked = box.sizeHint();
+    EXPECT_GE(asked.width(), box.fontMetrics().boundingRect(QString(12, QLatin1Char('X'))).width());
+    box.addItem(QString(100, QLatin1Char('X')));
+    EXPECT_EQ(box.sizeHint(), asked);
+    EXPECT_EQ(box.view()->textElideMode(), Qt::ElideMiddle) << "the list elides what does not fit";
 }
 
 TEST(TouchComboBox, DrawsItselfAndItsText)
