@@ -59,7 +59,6 @@ void WrappingLabel::paintEvent(QPaintEvent *)
     QTextLayout layout(layoutText(text()), font());
     const int height = breakIntoLines(layout, alignment(), room.width());
     const int above = alignment() & Qt::AlignVCenter ? qMax(0, room.height() - height) / 2 : 0;
-    painter.setPen(palette().color(foregroundRole()));
     layout.draw(&painter, QPointF(room.x(), room.y() + above));
 }
 

@@ -89,8 +89,8 @@ TEST_P(FolderListing, PrefersWhatWasSetAndCopiesIt)
 
 TEST_P(FolderListing, SortsNamesThatBeginAlikeAsTheToolkitDoes)
 {
-    // Each after the last one of its kind; some pairs differ only behind many characters, by their lengths, by
-    // a control character, or by the first character that needs more than eight bits.
+    // Each after the last one of its kind; some pairs differ only behind many characters, by their lengths,
+    // by a control character, or by the first character that needs more than eight bits.
     const QString ends[] = {QStringLiteral("a"), QString(QChar(1)), QString(QChar(0x100))};
     for (const QString &end : ends) {
         SCOPED_TRACE(end.toStdString());

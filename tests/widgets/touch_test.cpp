@@ -5,6 +5,7 @@
 #include <QAbstractItemView>
 #include <QImage>
 #include <QLocale>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -57,6 +58,43 @@ TEST(TouchButton, DrawsItsFrameAndATextThatDoesNotFitInSeveralLines)
     EXPECT_GT(differentRows(wrapped, empty).size(), lineHeight) << "more than one line";
 }
 
+TEST(TouchButton, DrawsATextOfTwoLinesOnlyOnce)
+{
+    TouchButton button(nullptr);
+    button.resize(120, 100);
+    const QImage empty = pictureOf(button);
+    const int count = 100 / button.fontMetrics().boundingRect(QLatin1Char('m')).width();
+    const QString word(count / 2 + 1, QLatin1Char('m'));
+    button.setText(word + QLatin1Char(' ') + word);
+    const QList<int> rows = differentRows(pictureOf(button), empty);
+    ASSERT_FALSE(rows.isEmpty());
+    EXPECT_LT(rows.first(), 50);
+    EXPECT_GT(rows.last(), 50);
+    EXPECT_FALSE(rows.contains(50)) << "one line would stand between the two";
+}
+
+TEST(TouchButton, AsksForTheRoomOfItsTextAndItsFrame)
+{
+    TouchButton button(nullptr);
+    button.setText(QStringLiteral("a\nb\nc\nd\ne"));
+    EXPECT_GT(button.heightForWidth(300), 5 * button.fontMetrics().height());
+    button.setText(QStringLiteral("previous mmmmmmmmmm"));
+    const int word = button.fontMetrics().boundingRect(QStringLiteral("mmmmmmmmmm")).width();
+    EXPECT_GT(button.minimumSizeHint().width(), word);
+}
+
+TEST(TouchButton, GetsTheHeightOfItsLinesFromALayout)
+{
+    QWidget form;
+    QVBoxLayout layout(&form);
+    auto *const button = new TouchButton(&form);
+    button->setText(QStringLiteral("one or another of many words ").repeated(5));
+    layout.addWidget(button);
+    layout.addStretch(1);
+    layout.setGeometry(QRect(0, 0, 150, 600));
+    EXPECT_GE(button->height(), button->heightForWidth(button->width()));
+}
+
 TEST(TouchSelection, IsPlainWhateverThePanelsColours)
 {
     QWidget view;
@@ -78,6 +116,18 @@ TEST(TouchComboBox, AsksForTheRoomOfTwelveCharactersWhateverItHolds)
     box.addItem(QString(100, QLatin1Char('X')));
     EXPECT_EQ(box.sizeHint(), asked);
     EXPECT_EQ(box.view()->textElideMode(), Qt::ElideMiddle) << "the list elides what does not fit";
+    EXPECT_LT(box.view()->palette().color(QPalette::Highlight).lightness(), 100);
+}
+
+TEST(TouchComboBox, ShowsTheEndOfALongName)
+{
+    TouchComboBox box(nullptr);
+    box.resize(200, 44);
+    const QString name(100, QLatin1Char('m'));
+    box.addItems({name + QLatin1Char('1'), name + QLatin1Char('2')});
+    const QImage first = pictureOf(box);
+    box.setCurrentIndex(1);
+    EXPECT_NE(pictureOf(box), first);
 }
 
 TEST(TouchComboBox, DrawsItselfAndItsText)
@@ -88,6 +138,41 @@ TEST(TouchComboBox, DrawsItselfAndItsText)
     EXPECT_GT(markedRows(empty).size(), 0) << "its frame and arrow";
     box.addItem(QStringLiteral("Storage"));
     EXPECT_NE(pictureOf(box), empty);
+}
+
+TEST(WrappingLabel, AsksForTheHeightOfItsLinesAndItsFrame)
+{
+    WrappingLabel label(nullptr);
+    label.setText(QStringLiteral("a\nb\nc"));
+    EXPECT_GE(label.heightForWidth(200), 3 * label.fontMetrics().height());
+    label.setText(QStringLiteral("a ").repeated(200));
+    const int plain = label.heightForWidth(100);
+    label.setFrameStyle(QFrame::Box | QFrame::Plain);
+    label.setLineWidth(5);
+    EXPECT_EQ(label.heightForWidth(110), plain + 10);
+}
+
+TEST(WrappingLabel, DrawsInTheColourOfTextsWhateverItsFrame)
+{
+    WrappingLabel label(nullptr);
+    EXPECT_EQ(label.textFormat(), Qt::PlainText) << "what looks like markup is a name";
+    label.resize(200, 100);
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, Qt::red);
+    label.setPalette(palette);
+    QFont font;
+    font.setPixelSize(60);
+    label.setFont(font);
+    label.setText(QStringLiteral("I"));
+    for (const int frame : {QFrame::NoFrame | QFrame::Plain, QFrame::Panel | QFrame::Raised}) {
+        label.setFrameStyle(frame);
+        const QImage picture = pictureOf(label).copy(10, 10, 180, 80);
+        int redPoints = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                redPoints += picture.pixelColor(x, y) == QColor(Qt::red) ? 1 : 0;
+        EXPECT_GT(redPoints, 0) << frame;
+    }
 }
 
 TEST(WrappingLabel, DrawsItsLinesBelowEachOtherWithinItsFrame)
@@ -108,6 +193,7 @@ TEST(WrappingLabel, DrawsItsLinesBelowEachOtherWithinItsFrame)
     const QList<int> centre = markedRows(pictureOf(label));
     EXPECT_EQ(centre.size(), top.size());
     EXPECT_GT(centre.first(), 200 / 2 - 2 * lineHeight);
+    EXPECT_LT(centre.last(), 200 / 2 + 2 * lineHeight);
 
     label.setText(QString());
     label.setFrameStyle(QFrame::Box | QFrame::Plain);
