@@ -61,15 +61,6 @@ TEST_F(ProgressBarForm, LooksAsThePanelsDialogsDo)
     EXPECT_EQ(hideButton->maximumWidth(), 120);
 }
 
-TEST_F(ProgressBarForm, KeepsTheFontOfItsPartsWhateverTheDialogsOwnBecomes)
-{
-    QFont other;
-    other.setPixelSize(30);
-    dialog.setFont(other);
-    for (const QWidget *part : QList<QWidget *>{label, bar, hideButton})
-        EXPECT_EQ(part->font().pixelSize(), 16);
-}
-
 TEST_F(ProgressBarForm, StacksLabelBarAndButton)
 {
     auto *const layout = qobject_cast<QVBoxLayout *>(dialog.layout());
