@@ -7,6 +7,7 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
 #include <QVariant>
 
@@ -47,7 +48,7 @@ void Keypad::serve(MyLineEdit *field)
             close();
     });
     connect(field, &QObject::destroyed, this, [this, field] {
-        if (m_field == nullptr || m_field == field)
+        if (field == m_field)
             close();
     });
 }
@@ -75,7 +76,7 @@ void Keypad::open(MyLineEdit *field)
 
 void Keypad::close()
 {
-    m_field.clear();
+    m_field = nullptr;
     m_content->move(0, 0);
     hide();
 }

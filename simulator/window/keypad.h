@@ -4,7 +4,6 @@
 #include "simulator/window/keypadlayout.h"
 #include "widgets/mylineedit.h"
 
-#include <QPointer>
 #include <QWidget>
 
 class QGridLayout;
@@ -48,7 +47,7 @@ private:
 
     QWidget *m_window;
     QWidget *m_content;
-    QPointer<MyLineEdit> m_field;
+    MyLineEdit *m_field = nullptr; // forgotten when it goes
     QGridLayout *m_grid;
     std::vector<Key> m_keys;
     std::vector<QPushButton *> m_buttons; // one for each key

@@ -19,11 +19,7 @@ namespace {
 class PanelsimExport : public ::testing::Test
 {
 protected:
-    PanelsimExport()
-    {
-        qputenv("FONTCONFIG_FILE", PANELKIT_TEST_FONTS);
-        qputenv("LSAN_OPTIONS", "print_suppressions=0:suppressions=" PANELKIT_TEST_LEAKS);
-    }
+    PanelsimExport() { qputenv("FONTCONFIG_FILE", PANELKIT_TEST_FONTS); }
 
     QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 
