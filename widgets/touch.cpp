@@ -60,7 +60,6 @@ TouchComboBox::TouchComboBox(QWidget *parent) : QComboBox(parent)
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(12);
     setItemDelegate(new TouchRowDelegate(this));
-    view()->setTextElideMode(Qt::ElideMiddle);
     showSelectionPlainly(view());
 }
 
