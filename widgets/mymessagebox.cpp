@@ -71,7 +71,6 @@ void MyMessagebox::setText(QString text, int seconds)
     m_label->adjustSize();
     if (m_label->width() > widestLine)
         m_label->setText(brokenIntoLines(text, m_label->width()));
-    m_label->adjustSize();
     adjustSize();
     const qint64 longest = std::numeric_limits<int>::max();
     const qint64 milliseconds = static_cast<qint64>(seconds) * 1000;
@@ -86,7 +85,6 @@ void MyMessagebox::OnCancel()
 
 void MyMessagebox::showEvent(QShowEvent *event)
 {
-    m_timer.stop();
-    m_timer.start();
+    m_timer.start(); // from the beginning, if it runs already
     QDialog::showEvent(event);
 }
