@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMetaMethod>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 
 #include <limits>
@@ -92,6 +93,14 @@ TEST_F(MyMessageboxForm, StacksLabelAndButton)
 TEST_F(MyMessageboxForm, FitsItsTextFromTheStart)
 {
     EXPECT_LT(box.width(), QWidget().width() / 2) << "what the toolkit gives a window at first";
+}
+
+TEST_F(MyMessageboxForm, IsShownInTheMiddleOfTheScreen)
+{
+    box.setText(QStringLiteral("Saved."), 60);
+    show(box);
+    const QPoint away = box.geometry().center() - box.screen()->availableGeometry().center();
+    EXPECT_LT(away.manhattanLength(), 100);
 }
 
 TEST_F(MyMessageboxForm, HasOneSlot)
