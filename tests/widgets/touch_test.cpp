@@ -64,8 +64,7 @@ TEST(TouchButton, DrawsATextOfTwoLinesOnlyOnce)
     TouchButton button(nullptr);
     button.resize(120, 100);
     const QImage empty = pictureOf(button);
-    const int count = 100 / button.fontMetrics().boundingRect(QLatin1Char('m')).width();
-    const QString word(count / 2 + 1, QLatin1Char('m'));
+    const QString word(80 / button.fontMetrics().horizontalAdvance(QLatin1Char('m')), QLatin1Char('m'));
     button.setText(word + QLatin1Char(' ') + word);
     const QImage picture = pictureOf(button);
     EXPECT_NE(picture, empty);
