@@ -146,11 +146,12 @@ TEST(WrappingLabel, AsksForTheHeightOfItsLinesAndItsFrame)
 {
     WrappingLabel label(nullptr);
     label.setText(QStringLiteral("a\nb\nc"));
-    QTextLayout line(QStringLiteral("a"), label.font());
-    line.beginLayout();
-    const qreal lineHeight = line.createLine().height();
-    line.endLayout();
-    EXPECT_GE(label.heightForWidth(200), 3 * lineHeight);
+    QTextLayout layout(QStringLiteral("a"), label.font());
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(200);
+    layout.endLayout();
+    EXPECT_GE(label.heightForWidth(200), 3 * line.height());
     label.setText(QStringLiteral("a ").repeated(200));
     const int plain = label.heightForWidth(100);
     label.setFrameStyle(QFrame::Box | QFrame::Plain);
