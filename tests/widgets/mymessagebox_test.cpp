@@ -209,9 +209,10 @@ TEST_F(MyMessageboxTime, StopsWhenTheBoxHides)
     box.show(); // with a time of 0: if the timer ran on, it would keep the event loop busy
     box.OnCancel();
     int wakeUps = 0;
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake,
-                     [&] { ++wakeUps; });
+    const QMetaObject::Connection counting = QObject::connect(
+        QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, [&] { ++wakeUps; });
     QTest::qWait(200);
+    QObject::disconnect(counting); // the dispatcher outlives the test
     EXPECT_LT(wakeUps, 200);
 }
 
