@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     panelkit::testing::MemoryRegisters registers;
     MacroEngine engine(registers, limits, [] { return std::chrono::steady_clock::time_point(); });
     int printed = 0;
-    engine.setOutput([&printed](const QString &line) { printed += line.toUtf8().size(); });
+    engine.setOutput([&printed](const QString &line) { printed += static_cast<int>(line.toUtf8().size()); });
 
     const QString text = QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const MacroResult result = engine.run(QStringLiteral("macro"), text);

@@ -18,21 +18,23 @@ namespace panelkit::simulator {
 namespace {
 
 const char *const header = "Number,Time,Item,Value";
-constexpr qint64 largestFile = 200 * 1024;
+constexpr qint64 largestFile = Q_INT64_C(200) * 1024;
 
 // In GBK, by the system's converter instead of the toolkit's.
 QByteArray inGbk(const QString &text)
 {
     QByteArray utf8 = text.toUtf8();
     QByteArray bytes(utf8.size() * 2, '\0');
+    const auto none =
+        iconv_t(-1); // NOLINT(performance-no-int-to-ptr): the converter that is none, by its contract
     const iconv_t converter = iconv_open("GBK", "UTF-8");
     char *from = utf8.data();
     char *to = bytes.data();
     auto fromLeft = static_cast<std::size_t>(utf8.size());
     auto toLeft = static_cast<std::size_t>(bytes.size());
-    const bool isWhole = converter != iconv_t(-1) &&
-                         iconv(converter, &from, &fromLeft, &to, &toLeft) != static_cast<std::size_t>(-1);
-    if (converter != iconv_t(-1))
+    const bool isWhole =
+        converter != none && iconv(converter, &from, &fromLeft, &to, &toLeft) != static_cast<std::size_t>(-1);
+    if (converter != none)
         iconv_close(converter);
     return isWhole ? bytes.left(bytes.size() - static_cast<int>(toLeft)) : QByteArray();
 }

@@ -1,10 +1,10 @@
 #include "simulator/soak/footprint.h"
 
+#include <QFile>
+
 #include <dirent.h>
 #include <malloc.h>
 #include <unistd.h>
-
-#include <cstdio>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
@@ -20,19 +20,16 @@ qint64 heapInUse()
     return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
 #else
     const struct mallinfo2 information = mallinfo2();
-    return static_cast<qint64>(information.uordblks + information.hblkhd);
+    return static_cast<qint64>(information.uordblks) + static_cast<qint64>(information.hblkhd);
 #endif
 }
 
 qint64 residentBytes()
 {
-    long pages = 0;
-    if (std::FILE *file = std::fopen("/proc/self/statm", "re")) {
-        if (std::fscanf(file, "%*d %ld", &pages) != 1)
-            pages = 0;
-        std::fclose(file);
-    }
-    return qint64(pages) * sysconf(_SC_PAGESIZE);
+    QFile file(QStringLiteral("/proc/self/statm")); // pages: all, and those in memory
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
 int entryCount(const char *folder)

@@ -19,8 +19,8 @@ struct Footprint
 // allocator keep, and nothing for descriptors and threads.
 struct FootprintBounds
 {
-    qint64 heap = 512 * 1024;
-    qint64 resident = 16 * 1024 * 1024;
+    qint64 heap = Q_INT64_C(512) * 1024;
+    qint64 resident = Q_INT64_C(16) * 1024 * 1024;
 };
 
 // A sentence for each that has grown beyond the bounds.

@@ -18,7 +18,7 @@ class SentenceLabel;
 class Session;
 class TwoColumns;
 
-class AddressPage : public Page
+class AddressPage final : public Page
 {
     Q_OBJECT
 public:

@@ -14,7 +14,7 @@ class SentenceLabel;
 class Session;
 
 // Its figures are taken once a second while it is in front.
-class DevicePage : public Page
+class DevicePage final : public Page
 {
     Q_OBJECT
 public:

@@ -22,7 +22,7 @@ class Session;
 
 // Samples the items every few seconds as long as it exists, whatever page is in front. Files get names with
 // the time, and none is ever overwritten.
-class ExportPage : public Page
+class ExportPage final : public Page
 {
     Q_OBJECT
 public:

@@ -19,7 +19,7 @@ class Session;
 
 // Works through the panel's registers and flags as any screen does: the session's FlagPolling, which somebody
 // else must call, does what is asked for. Fields that the operator has not touched follow the registers.
-class NetworkPage : public Page
+class NetworkPage final : public Page
 {
     Q_OBJECT
 public:

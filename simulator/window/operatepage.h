@@ -20,7 +20,7 @@ class Session;
 
 // A button's macros run when it is pressed and when it is released. What they read is watched while the page
 // is in front.
-class OperatePage : public Page
+class OperatePage final : public Page
 {
     Q_OBJECT
 public:

@@ -14,7 +14,7 @@ class Session;
 class ValueTile;
 
 // Reads and draws those that can be seen; a finger scrolls to the others.
-class ValuesPage : public Page
+class ValuesPage final : public Page
 {
     Q_OBJECT
 public:
