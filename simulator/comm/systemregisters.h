@@ -7,7 +7,16 @@
 
 namespace panelkit::simulator {
 
-// Area 0 holds the word registers, area 1 the flag registers; addresses run from 0 to 65535, one word each.
+constexpr int wordArea = 0;
+constexpr int flagArea = 1;
+
+// Registers and flags by which a screen's settings pages reach the library.
+constexpr int linkNumberRegister = 64000; // whose parameters stand behind it
+constexpr int saveLinkFlag = 60212;
+constexpr int saveAddressFlag = 60213;
+constexpr int reloadAddressFlag = 60214;
+
+// Both areas; addresses run from 0 to 65535, one word each.
 class SystemRegisters
 {
 public:

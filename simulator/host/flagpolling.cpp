@@ -2,13 +2,11 @@
 
 #include "network/panelip.h"
 #include "simulator/comm/communication.h"
+#include "simulator/comm/systemregisters.h"
 
 namespace panelkit::simulator {
 
 namespace {
-
-constexpr int wordArea = 0;
-constexpr int linkNumberRegister = 64000;
 
 QString groupOf(int linkNumber)
 {

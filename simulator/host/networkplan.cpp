@@ -15,7 +15,6 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr int wordArea = 0;
 constexpr int firstRegister = 64052;
 constexpr int partCount = 4;
 

@@ -2,6 +2,7 @@
 
 #include "platform/sys_base.h"
 #include "register/interfacecomm.h"
+#include "simulator/comm/systemregisters.h"
 
 #include <QCoreApplication>
 
@@ -9,11 +10,7 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr int wordArea = 0;
 constexpr int firstRegister = 64052; // of sixteen
-constexpr int flagArea = 1;
-constexpr int applyFlag = 60213;
-constexpr int reloadFlag = 60214; // the next one
 
 // The 32 bits of an address, most significant byte first; 0 for what is none.
 quint32 bitsOf(const QString &address)
@@ -101,13 +98,13 @@ NetworkSettings registeredNetworkSettings(InterfaceComm &comm)
 void requestNetworkSettings(InterfaceComm &comm)
 {
     const quint16 request = 1;
-    comm.writeRegisters(flagArea, reloadFlag, 1, &request);
+    comm.writeRegisters(flagArea, reloadAddressFlag, 1, &request);
 }
 
 bool isNetworkRequestPending(InterfaceComm &comm)
 {
     quint16 requests[2] = {};
-    comm.readRegisters(flagArea, applyFlag, 2, requests);
+    comm.readRegisters(flagArea, saveAddressFlag, 2, requests);
     return requests[0] != 0 || requests[1] != 0;
 }
 
@@ -118,7 +115,7 @@ void enterNetworkSettings(InterfaceComm &comm, const NetworkSettings &settings)
         for (const quint16 part : partsOfAddress(text))
             comm.writeRegisters(wordArea, address++, 1, &part);
     const quint16 request = 1;
-    comm.writeRegisters(flagArea, applyFlag, 1, &request);
+    comm.writeRegisters(flagArea, saveAddressFlag, 1, &request);
 }
 
 QStringList networkWarnings(const NetworkSettings &settings)

@@ -1,6 +1,7 @@
 #include "network/panelip.h"
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
+#include "simulator/comm/systemregisters.h"
 #include "simulator/host/flagpolling.h"
 #include "simulator/host/networksettings.h"
 #include "simulator/host/panelfiles.h"
@@ -12,11 +13,6 @@
 namespace panelkit::simulator {
 
 namespace {
-
-constexpr int wordArea = 0;
-constexpr int flagArea = 1;
-constexpr int saveFlag = 60212;
-constexpr int linkNumberRegister = 64000;
 
 enum class Kind
 {
@@ -153,7 +149,7 @@ ExitCode set(Session &session, const LinkValue &link, const QStringList &argumen
     }
 
     const quint16 request = 1;
-    session.communication().writeRegisters(flagArea, saveFlag, 1, &request);
+    session.communication().writeRegisters(flagArea, saveLinkFlag, 1, &request);
     const bool isSaved = session.flags().poll().savedLink == link.id;
     if (isSaved && session.flags().linkSettingsStatus() == QSettings::NoError)
         return ExitCode::Done;

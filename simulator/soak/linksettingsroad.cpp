@@ -2,6 +2,7 @@
 
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
+#include "simulator/comm/systemregisters.h"
 #include "simulator/host/flagpolling.h"
 #include "simulator/host/panelfiles.h"
 #include "simulator/host/session.h"
@@ -17,11 +18,6 @@
 namespace panelkit::simulator {
 
 namespace {
-
-constexpr int wordArea = 0;
-constexpr int flagArea = 1;
-constexpr int saveFlag = 60212;
-constexpr int linkNumberRegister = 64000;
 
 struct Parameter
 {
@@ -166,7 +162,7 @@ bool LinkSettingsRoad::enter(const LinkDefinition &link, const Parameters &param
         comm.writeRegisters(wordArea, parameter.firstRegister, isWide ? 2 : 1, words);
     }
     const quint16 request = 1;
-    comm.writeRegisters(flagArea, saveFlag, 1, &request);
+    comm.writeRegisters(flagArea, saveLinkFlag, 1, &request);
     return m_session->flags().poll().savedLink == link.number &&
            m_session->flags().linkSettingsStatus() != QSettings::AccessError;
 }

@@ -4,6 +4,7 @@
 #include "platform/sys_base.h"
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
+#include "simulator/comm/systemregisters.h"
 #include "simulator/host/flagpolling.h"
 #include "simulator/host/operatormessages.h"
 #include "simulator/host/panelfiles.h"
@@ -17,10 +18,6 @@
 namespace panelkit::simulator {
 
 namespace {
-
-constexpr int wordArea = 0;
-constexpr int flagArea = 1;
-constexpr int reloadFlag = 60214;
 
 QString randomAddress(Chance &chance, int highestPart)
 {
@@ -125,7 +122,7 @@ void PanelAddressRoad::replaceConfiguration(Chance &chance)
     ask();
     sys_base_init_config();
     const quint16 request = 1;
-    m_session->communication().writeRegisters(flagArea, reloadFlag, 1, &request);
+    m_session->communication().writeRegisters(flagArea, reloadAddressFlag, 1, &request);
     const bool isLoaded = m_session->flags().poll().loadedAddress;
     settle(isLoaded);
     quint16 parts[4] = {};
