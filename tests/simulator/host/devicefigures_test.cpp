@@ -15,15 +15,23 @@ protected:
     DeviceFiguresTest()
     {
         processor.firstCall = 1;
-        QString error;
-        files = PanelFiles::create(QString(), error);
-        EXPECT_TRUE(files) << error.toStdString();
-        tools_setSystemRoot(files->root());
+        beginWithNewFiles();
     }
     ~DeviceFiguresTest() override { tools_setSystemRoot(QString()); }
 
+    void beginWithNewFiles()
+    {
+        QString error;
+        files = PanelFiles::create(QString(), error);
+        ASSERT_TRUE(files) << error.toStdString();
+        tools_setSystemRoot(files->root());
+    }
+
+    // Settings are read anew when a file's size or its time differs, and a tick of that clock is milliseconds
+    // long: each model gets a file of its own.
     DeviceFigures figuresOf(const QByteArray &model)
     {
+        beginWithNewFiles();
         QString error;
         EXPECT_TRUE(files->write(QStringLiteral("/usr/tesk42/config.ini"), "MODEL=" + model + '\n', error));
         return takeDeviceFigures(processor, files->root());

@@ -2,8 +2,7 @@
 
 #include "simulator/comm/communication.h"
 #include "simulator/host/session.h"
-#include "simulator/plc/bottlingline.h"
-#include "simulator/plc/plcserver.h"
+#include "tests/simulator/stillplc.h"
 
 #include <gtest/gtest.h>
 
@@ -14,16 +13,14 @@ namespace {
 const QDateTime noon(QDate(2026, 3, 5), QTime(12, 0));
 
 // The sample on a line that stands still.
-class ValueHistoryTest : public ::testing::Test
+class ValueHistoryTest : protected panelkit::testing::StillPlc, public ::testing::Test
 {
 protected:
     void SetUp() override { ASSERT_TRUE(openSession()) << error.toStdString(); }
 
     bool openSession()
     {
-        SessionOptions options;
-        options.plc = PlcAddress{QStringLiteral("127.0.0.1"), server.port()};
-        session = Session::open(options, error);
+        session = Session::open(sessionOptions(), error);
         return session != nullptr;
     }
 
@@ -54,9 +51,6 @@ protected:
         return rows;
     }
 
-    PlcMemory memory{BottlingLine::units(), BottlingLine::registersPerTable};
-    BottlingLine line{memory};
-    PlcServer server{memory};
     QString error;
     std::unique_ptr<Session> session;
 };

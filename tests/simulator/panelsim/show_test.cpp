@@ -1,5 +1,5 @@
 #include "tests/simulator/panelsim/program.h"
-#include "tests/simulator/panelsim/stillplc.h"
+#include "tests/simulator/stillplc.h"
 
 #include <QDir>
 #include <QFile>

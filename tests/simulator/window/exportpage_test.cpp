@@ -3,8 +3,7 @@
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
 #include "simulator/host/panelfiles.h"
-#include "simulator/plc/bottlingline.h"
-#include "simulator/plc/plcserver.h"
+#include "tests/simulator/stillplc.h"
 #include "tests/simulator/window/pagefixture.h"
 #include "tests/support/pdffile.h"
 #include "widgets/filebrowser.h"
@@ -315,21 +314,13 @@ TEST_P(ExportPageTest, CutsNothingOff)
 namespace {
 
 // With a PLC whose faults the test decides on.
-class ExportPageOnItsOwnLine : public ::testing::Test
+class ExportPageOnItsOwnLine : protected StillPlc, public ::testing::Test
 {
 protected:
-    ExportPageOnItsOwnLine()
-    {
-        SessionOptions options;
-        options.plc = PlcAddress{QStringLiteral("127.0.0.1"), server.port()};
-        session = Session::open(options, error);
-    }
+    ExportPageOnItsOwnLine() { session = Session::open(sessionOptions(), error); }
 
     void SetUp() override { ASSERT_TRUE(session) << error.toStdString(); }
 
-    PlcMemory memory{BottlingLine::units(), BottlingLine::registersPerTable};
-    BottlingLine line{memory};
-    PlcServer server{memory};
     QString error;
     std::unique_ptr<Session> session;
 };

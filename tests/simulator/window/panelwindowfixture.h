@@ -1,12 +1,11 @@
 // The whole screen of a project, and the PLC behind it in the test's hands.
 #pragma once
 
-#include "simulator/plc/bottlingline.h"
-#include "simulator/plc/plcserver.h"
 #include "simulator/window/macrobutton.h"
 #include "simulator/window/page.h"
 #include "simulator/window/panelwindow.h"
 #include "simulator/window/valuetile.h"
+#include "tests/simulator/stillplc.h"
 #include "tests/simulator/window/windowfixture.h"
 
 #include <QAbstractButton>
@@ -17,32 +16,11 @@
 
 namespace panelkit::testing {
 
-// A bottling line that stands still unless it is told to move.
-struct StillPlc
-{
-    simulator::PlcMemory memory{simulator::BottlingLine::units(), simulator::BottlingLine::registersPerTable};
-    simulator::BottlingLine line{memory};
-    simulator::PlcServer server{memory};
-
-    void cutOff() { server.setFault({simulator::PlcFault::Gone}); }
-    void silence() { server.setFault({simulator::PlcFault::Silent}); }
-    void comeBack() { server.clearFault(); }
-
-    simulator::SessionOptions sessionOptions(const QString &projectFile = QString()) const
-    {
-        simulator::SessionOptions options;
-        options.projectFile = projectFile;
-        options.plc = simulator::PlcAddress{QStringLiteral("127.0.0.1"), server.port()};
-        options.announceMessageBoxClose = true;
-        return options;
-    }
-};
-
 class PanelWindowFixture : protected StillPlc, public WindowFixture
 {
 protected:
     explicit PanelWindowFixture(const Screen &screen = {480, 272}, const QString &projectFile = QString())
-        : WindowFixture(screen, sessionOptions(projectFile))
+        : WindowFixture(screen, optionsOf(projectFile))
     {
     }
 
@@ -93,6 +71,13 @@ protected:
     std::optional<simulator::PanelWindow> window;
 
 private:
+    simulator::SessionOptions optionsOf(const QString &projectFile) const
+    {
+        simulator::SessionOptions options = sessionOptions(projectFile);
+        options.announceMessageBoxClose = true;
+        return options;
+    }
+
     void touch(QWidget *widget, QEvent::Type type)
     {
         const QPoint place = widget->mapTo(widget->window(), widget->rect().center());
