@@ -135,6 +135,7 @@ public:
 
     void run();
     bool followPresence();
+    void awaitPresence(std::unique_lock<std::mutex> &lock);
     Descriptor listeningSocket() const;
     int pollTimeout(Clock::time_point now);
     void acceptClients();
@@ -159,6 +160,7 @@ public:
     PlcCounters counters;
     std::function<void(const PlcRequest &)> observer;
     bool isListening = true;
+    bool hasFailedToListen = false; // and tries again
     bool isStopping = false;
 
     const Descriptor wakeUp;
@@ -205,9 +207,18 @@ bool PlcServer::Private::followPresence()
         listener = listeningSocket();
     }
     isListening = listener.isOpen();
+    hasFailedToListen = shouldListen && !isListening;
     counters.openConnections = static_cast<int>(clients.size());
     changed.notify_all();
     return !isStopping;
+}
+
+// Until the server's thread has followed the faults as they are now.
+void PlcServer::Private::awaitPresence(std::unique_lock<std::mutex> &lock)
+{
+    changed.wait(lock, [this] {
+        return faults.isGone(Clock::now()) ? !isListening : isListening || hasFailedToListen;
+    });
 }
 
 // A closed one, and errno, when the port cannot be listened on.
@@ -360,14 +371,15 @@ void PlcServer::setFault(const PlcFaultSetting &setting)
     std::unique_lock<std::mutex> lock(d->mutex);
     d->faults.set(setting, Clock::now());
     d->wake();
-    d->changed.wait(lock, [this] { return !d->isListening || !d->faults.isGone(Clock::now()); });
+    d->awaitPresence(lock);
 }
 
 void PlcServer::clearFault(int unit)
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    std::unique_lock<std::mutex> lock(d->mutex);
     d->faults.clear(unit);
     d->wake();
+    d->awaitPresence(lock);
 }
 
 void PlcServer::setObserver(std::function<void(const PlcRequest &)> observer)

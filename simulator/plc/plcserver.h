@@ -46,7 +46,8 @@ public:
     std::uint16_t port() const;
 
     // One fault at most is on for each unit and one for all units; where both are, the unit's own counts.
-    // Every request taken after the return meets the fault, and a PLC that is gone has no connection left.
+    // Every request taken after the return meets the fault, a PLC that is gone has no connection left, and
+    // one that comes back listens.
     void setFault(const PlcFaultSetting &setting);
     void clearFault(int unit = PlcFaultSetting::allUnits);
 

@@ -16,12 +16,11 @@ struct Footprint
 };
 
 // How much more a process may hold after work that leaves nothing behind: room for what the toolkit and the
-// allocator keep, and nothing for threads.
+// allocator keep, and nothing for descriptors and threads.
 struct FootprintBounds
 {
     qint64 heap = Q_INT64_C(512) * 1024;
     qint64 resident = Q_INT64_C(16) * 1024 * 1024;
-    int descriptors = 1; // the soak's own PLC may have one connection more or less to close
 };
 
 // A sentence for each that has grown beyond the bounds.

@@ -58,7 +58,7 @@ TEST(Footprint, SeesMemoryThatIsKept)
 TEST(Footprint, MayGrowWithinTheBoundsOnly)
 {
     const Footprint before{1'000'000, 50'000'000, 15, 3};
-    const FootprintBounds bounds{500, 1000, 0};
+    const FootprintBounds bounds{500, 1000};
     EXPECT_THAT(texts(growth(before, {1'000'500, 50'001'000, 15, 3}, bounds)), IsEmpty());
     EXPECT_THAT(texts(growth(before, {1'000'501, 50'001'001, 16, 4}, bounds)),
                 ElementsAre("the heap grew from 1000000 to 1000501, by more than 500",
