@@ -11,7 +11,8 @@ constexpr int wordArea = 0;
 constexpr int flagArea = 1;
 
 // Registers and flags by which a screen's settings pages reach the library.
-constexpr int linkNumberRegister = 64000; // whose parameters stand behind it
+constexpr int linkNumberRegister = 64000;   // whose parameters stand behind it
+constexpr int panelAddressRegister = 64052; // four each: IP address, subnet mask, gateway, DNS server
 constexpr int saveLinkFlag = 60212;
 constexpr int saveAddressFlag = 60213;
 constexpr int reloadAddressFlag = 60214;

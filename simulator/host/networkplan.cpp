@@ -15,7 +15,6 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr int firstRegister = 64052;
 constexpr int partCount = 4;
 
 // Nothing can ever stand below a device.
@@ -25,7 +24,7 @@ void addRegisterStep(QList<PlanStep> &steps, int area, int address, quint16 word
 {
     const QString value = QString::number(word);
     // The parts of one address make one step.
-    if (area == wordArea && (address - firstRegister) % partCount != 0) {
+    if (area == wordArea && (address - panelAddressRegister) % partCount != 0) {
         steps.last().text += QLatin1Char(' ') + value;
         return;
     }

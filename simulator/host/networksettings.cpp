@@ -10,8 +10,6 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr int firstRegister = 64052; // of sixteen
-
 // The 32 bits of an address, most significant byte first; 0 for what is none.
 quint32 bitsOf(const QString &address)
 {
@@ -85,7 +83,7 @@ QList<quint16> partsOfAddress(const QString &text)
 NetworkSettings registeredNetworkSettings(InterfaceComm &comm)
 {
     NetworkSettings settings;
-    int address = firstRegister;
+    int address = panelAddressRegister;
     for (QString *text : {&settings.ip, &settings.netMask, &settings.gateway, &settings.dns}) {
         quint16 parts[4] = {};
         comm.readRegisters(wordArea, address, 4, parts);
@@ -110,7 +108,7 @@ bool isNetworkRequestPending(InterfaceComm &comm)
 
 void enterNetworkSettings(InterfaceComm &comm, const NetworkSettings &settings)
 {
-    int address = firstRegister;
+    int address = panelAddressRegister;
     for (const QString &text : {settings.ip, settings.netMask, settings.gateway, settings.dns})
         for (const quint16 part : partsOfAddress(text))
             comm.writeRegisters(wordArea, address++, 1, &part);

@@ -1,6 +1,7 @@
 #include "platform/sys_base.h"
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
+#include "simulator/comm/systemregisters.h"
 #include "simulator/host/flagpolling.h"
 #include "simulator/host/networkplan.h"
 #include "simulator/host/operatormessages.h"
@@ -25,10 +26,10 @@ struct Setting
 };
 
 const Setting settings[] = {
-    {"ip", "IP address", &NetworkSettings::ip, 64052},
-    {"mask", "Subnet mask", &NetworkSettings::netMask, 64056},
-    {"gateway", "Gateway", &NetworkSettings::gateway, 64060},
-    {"dns", "DNS server", &NetworkSettings::dns, 64064},
+    {"ip", "IP address", &NetworkSettings::ip, panelAddressRegister},
+    {"mask", "Subnet mask", &NetworkSettings::netMask, panelAddressRegister + 4},
+    {"gateway", "Gateway", &NetworkSettings::gateway, panelAddressRegister + 8},
+    {"dns", "DNS server", &NetworkSettings::dns, panelAddressRegister + 12},
 };
 
 // Without leading zeros, as the library writes it.

@@ -4,7 +4,6 @@
 #include "platform/sys_base.h"
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
-#include "simulator/comm/systemregisters.h"
 #include "simulator/host/flagpolling.h"
 #include "simulator/host/operatormessages.h"
 #include "simulator/host/panelfiles.h"
@@ -121,14 +120,10 @@ void PanelAddressRoad::replaceConfiguration(Chance &chance)
 
     ask();
     sys_base_init_config();
-    const quint16 request = 1;
-    m_session->communication().writeRegisters(flagArea, reloadAddressFlag, 1, &request);
+    requestNetworkSettings(m_session->communication());
     const bool isLoaded = m_session->flags().poll().loadedAddress;
     settle(isLoaded);
-    quint16 parts[4] = {};
-    m_session->communication().readRegisters(wordArea, 64052, 4, parts);
-    const QString shown =
-        QStringLiteral("%1.%2.%3.%4").arg(parts[0]).arg(parts[1]).arg(parts[2]).arg(parts[3]);
+    const QString shown = registeredNetworkSettings(m_session->communication()).ip;
     if (shown != ip)
         lose(QStringLiteral("the registers have %1, where the configuration has %2").arg(shown, ip));
 }
