@@ -37,12 +37,16 @@ bool isWhole(bool whole, const QString &path, QString &error)
 qint64 sizeInGbk(const Table &table, bool withHeader)
 {
     const QTextCodec *gbk = QTextCodec::codecForName("GBK");
+    // With its line feed: a codec keeps half a character at the end back for ever.
+    const auto lineSize = [gbk](const QString &line) {
+        return gbk->fromUnicode(line + QLatin1Char('\n')).size();
+    };
     qint64 size = 0;
     if (withHeader)
         for (const QString &line : table.header)
-            size += gbk->fromUnicode(line).size() + 1;
+            size += lineSize(line);
     for (const QStringList &cells : table.rows)
-        size += gbk->fromUnicode(cells.join(QLatin1Char(','))).size() + 1;
+        size += lineSize(cells.join(QLatin1Char(',')));
     return size;
 }
 
