@@ -2,6 +2,7 @@
 
 #include "runtime/systemroot.h"
 #include "simulator/comm/communication.h"
+#include "simulator/host/itemdisplay.h"
 #include "simulator/host/panelfiles.h"
 #include "tests/simulator/stillplc.h"
 #include "tests/simulator/window/pagefixture.h"
@@ -58,9 +59,8 @@ protected:
     {
         PageOnEveryScreen::SetUp();
         exportPage = open<ExportPage>();
-        for (const int link : {1, 2})
-            ASSERT_TRUE(session->communication().waitForLink(
-                link, [](const LinkState &state) { return state.rounds >= 2; }, std::chrono::seconds(60)));
+        for (std::size_t i = 0; i < session->project().items.size(); ++i)
+            WAIT_FOR(isDisplayedAtOnce(*session, i));
     }
 
     // So many samples, as if the panel had run for hours.

@@ -24,6 +24,7 @@ protected:
     explicit WindowFixture(const Screen &screen = {480, 272}, simulator::SessionOptions options = {})
     {
         options.screen = QSize(screen.width, screen.height);
+        QApplication::setDoubleClickInterval(100); // a list that opens is deaf for so long
         session = simulator::Session::open(options, error);
     }
 
