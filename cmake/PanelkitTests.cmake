@@ -19,6 +19,9 @@ endif()
 
 set(PANELKIT_TEST_COMPILE_OPTIONS "" CACHE STRING "Compiler options of the tests' own sources, after all others")
 
+set(PANELKIT_TESTS_IN_PARTS OFF CACHE BOOL
+  "Run the cases of a test program in a few parts instead of one by one: quicker where a start is slow")
+
 # What every source of every test begins with, compiled once: without that, half of the time that tests take to
 # compile goes into GoogleTest.
 add_library(panelkit_test_prelude STATIC "${PROJECT_SOURCE_DIR}/tests/support/prelude.cpp")
@@ -29,7 +32,7 @@ target_link_libraries(panelkit_test_prelude PRIVATE panelkit_build_flags GTest::
 panelkit_link_qt(panelkit_test_prelude PRIVATE Core)
 
 # panelkit_add_test(<name> SOURCES <file>... [LINK objects|library|none] [GUI] [THREADS]
-#                   [LIBRARIES <target>...])
+#                   [PARTS <number>] [LIBRARIES <target>...])
 #
 # LINK says what of the library the program gets: its objects (the default, which lets a test reach internal
 # code), the shared library as a caller has it, or nothing. Never both: process-wide state would exist twice.
@@ -38,9 +41,9 @@ panelkit_link_qt(panelkit_test_prelude PRIVATE Core)
 # real X server's behaviour QT_QPA_PLATFORM=xcb xvfb-run -s -noreset ctest -L gui (a server that resets itself turns
 # clients away)
 #
-# THREADS gives the label "threads": what ThreadSanitizer is to look at.
+# THREADS gives the label "threads": what ThreadSanitizer is to look at. PARTS is for a program that takes long.
 function(panelkit_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "GUI;THREADS" "LINK" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "GUI;THREADS" "LINK;PARTS" "SOURCES;LIBRARIES")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "panelkit_add_test does not know ${arg_UNPARSED_ARGUMENTS}")
   endif()
@@ -76,6 +79,24 @@ function(panelkit_add_test name)
   if(arg_THREADS)
     set(labels LABELS threads)
   endif()
-  # A case that hangs is a failure of its own and must not take the run with it.
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ${labels})
+  if(PANELKIT_TESTS_IN_PARTS)
+    panelkit_add_parts(${name} "${arg_PARTS}" ${labels})
+  else()
+    # A case that hangs is a failure of its own and must not take the run with it.
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ${labels})
+  endif()
+endfunction()
+
+# Each part leaves a list of its cases in Testing/parts, where scripts/test counts them.
+function(panelkit_add_parts name count)
+  if(NOT count)
+    set(count 1)
+  endif()
+  math(EXPR last "${count} - 1")
+  foreach(index RANGE ${last})
+    set(part ${name}-${index})
+    add_test(NAME ${part} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${part} PROPERTIES TIMEOUT 1200 ${ARGN} ENVIRONMENT
+      "GTEST_TOTAL_SHARDS=${count};GTEST_SHARD_INDEX=${index};GTEST_OUTPUT=xml:${PROJECT_BINARY_DIR}/Testing/parts/${part}.xml")
+  endforeach()
 endfunction()

@@ -9,7 +9,6 @@
 #include <link.h>
 
 // The linker puts this at the beginning of the library: its own header says what this processor runs.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the linker's own name
 extern "C" __attribute__((visibility("hidden"))) const ElfW(Ehdr) __ehdr_start;
 
 namespace panelkit {

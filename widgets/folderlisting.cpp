@@ -1,5 +1,5 @@
 // A folder's entry may have a number that a 32-bit panel's shorter record cannot hold.
-#define _FILE_OFFSET_BITS 64 // NOLINT(bugprone-reserved-identifier): the C library's own name
+#define _FILE_OFFSET_BITS 64
 
 #include "widgets/folderlisting.h"
 

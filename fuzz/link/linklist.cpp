@@ -8,7 +8,6 @@
 #include <cstdint>
 
 // Qt 5.15's parser loses an array or object whose key comes again behind it.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's own name
 extern "C" __attribute__((visibility("default"))) const char *__lsan_default_suppressions()
 {
     return "leak:libQt5Core.so\n";
