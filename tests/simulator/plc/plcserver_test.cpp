@@ -88,10 +88,11 @@ TEST_F(PlcServerTest, SurvivesRequestsThatEndBeforeTheirData)
     for (const std::uint8_t function : Bytes{1, 2, 3, 4, 5, 6, 15, 16, 22, 23}) {
         SCOPED_TRACE(static_cast<int>(function));
         PlcClient broken(server.port());
+        const std::size_t header = 8; // more of an answer comes by some releases of libmodbus only
         broken.send({0, 1, 0, 0, 0, 2, 1, function});
-        broken.receive(9);
+        EXPECT_EQ(broken.receive(header).size(), header);
         broken.send({0, 1, 0, 0, 0, 6, 1, function, 0, 0, 0, 0x7b});
-        broken.receive(9);
+        EXPECT_EQ(broken.receive(header).size(), header);
         EXPECT_EQ(client.ask({0, 9, 0, 0, 0, 6, 2, 3, 0, 0, 0, 1}, 11).size(), 11U);
     }
 }
