@@ -2,6 +2,9 @@
 
 #include <QFile>
 
+#include <chrono>
+#include <thread>
+
 #include <dirent.h>
 #include <malloc.h>
 #include <unistd.h>
@@ -32,6 +35,8 @@ qint64 residentBytes()
     return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
+const char *const threadFolder = "/proc/self/task";
+
 int entryCount(const char *folder)
 {
     int count = 0;
@@ -61,8 +66,15 @@ Footprint Footprint::now()
     footprint.heap = heapInUse();
     footprint.resident = residentBytes();
     footprint.descriptors = entryCount("/proc/self/fd"); // one of them is the listing's own, every time
-    footprint.threads = entryCount("/proc/self/task");
+    footprint.threads = entryCount(threadFolder);
     return footprint;
+}
+
+Footprint Footprint::settled(int threadCount)
+{
+    for (int wait = 0; wait < 100 && entryCount(threadFolder) > threadCount; ++wait)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return now();
 }
 
 QStringList growth(const Footprint &before, const Footprint &after, const FootprintBounds &bounds)

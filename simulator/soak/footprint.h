@@ -13,6 +13,10 @@ struct Footprint
     int threads = 0;
 
     static Footprint now();
+
+    // The same once there are no more than so many threads, after a second at the latest: the kernel lists a
+    // thread for a moment after it has been joined.
+    static Footprint settled(int threadCount);
 };
 
 // How much more a process may hold after work that leaves nothing behind: room for what the toolkit and the

@@ -206,7 +206,7 @@ void Soak::endShift()
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     clearEventLibrary();
-    parts.last = Footprint::now();
+    parts.last = parts.last ? Footprint::settled(parts.last->threads) : Footprint::now();
     ++parts.shifts;
 }
 
