@@ -102,7 +102,8 @@ MacroResult LuaRun::run(const QString &name, const QString &text)
         execute();
     }
     const QString limit = limitMessage(m_result.outcome, m_limits);
-    m_result.message = limit.isEmpty() ? QString::fromUtf8(m_message) : limit;
+    // As a string of C++: Qt 5 takes a byte array only up to a zero, which a macro's own message may hold.
+    m_result.message = limit.isEmpty() ? QString::fromStdString(m_message.toStdString()) : limit;
     return std::move(m_result);
 }
 
@@ -159,6 +160,8 @@ void LuaRun::end(lua_State *state, MacroOutcome outcome, bool hasError)
     // The macro may have asked for another line than the one where the error was raised.
     if (const int line = takeLine(m_message, m_chunkName.mid(1)))
         m_result.line = line;
+    if (m_message.isEmpty())
+        m_message = "an error without a text";
 }
 
 void LuaRun::stop(lua_State *state, MacroOutcome outcome)

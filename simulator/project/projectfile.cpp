@@ -313,7 +313,8 @@ ProjectError syntaxError(const QByteArray &json, const QJsonParseError &parseErr
     const QByteArray before = json.left(parseError.offset);
     const int line = static_cast<int>(before.count('\n')) + 1;
     const QByteArray lineBefore = before.mid(before.lastIndexOf('\n') + 1);
-    const int column = static_cast<int>(QString::fromUtf8(lineBefore).size()) + 1;
+    // As a string of C++: Qt 5 takes a byte array only up to a zero.
+    const int column = static_cast<int>(QString::fromStdString(lineBefore.toStdString()).size()) + 1;
     return {QStringLiteral("line %1, column %2").arg(line).arg(column),
             QStringLiteral("a syntax error (%1)").arg(parseError.errorString()), QStringLiteral("JSON")};
 }

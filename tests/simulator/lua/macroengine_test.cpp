@@ -222,6 +222,8 @@ TEST_F(MacroEngineTest, TellsTheAuthorsLineOfAnError)
         {"\nerror({})", 2, "an error that is no text but a table"},
         {"\nerror()", 2, "an error that is no text but a nil"},
         {"\nerror(42)", 2, "an error that is no text but a number"},
+        {"\nerror('')", 2, "an error without a text"},
+        {"\nerror('', 0)", 2, "an error without a text"},
         {"\nlocal ok, e = pcall(function()\n  error('boom')\nend)\nerror(e)", 3, "boom"},
         {"\nlocal t = {1, 'x'}\n\ntable.sort(t)", 4, "attempt to compare string with number"},
         {"local f = coroutine.wrap(function()\n  error('inside')\nend)\nf()", 2, "inside"},
@@ -235,6 +237,11 @@ TEST_F(MacroEngineTest, TellsTheAuthorsLineOfAnError)
         EXPECT_EQ(result.line, row.line) << row.text;
         EXPECT_EQ(result.message.toStdString(), row.message) << row.text;
     }
+}
+
+TEST_F(MacroEngineTest, KeepsAZeroInAnErrorsText)
+{
+    EXPECT_EQ(messageOf("error('\\0boom')"), std::string("\0boom", 5));
 }
 
 TEST_F(MacroEngineTest, PutsTheMacrosNameInFrontOfLuasOwnMessages)

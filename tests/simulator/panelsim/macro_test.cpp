@@ -179,14 +179,14 @@ TEST_F(PanelsimMacro, GivesRegistersTheirValuesBeforeTheRun)
 TEST_F(PanelsimMacro, SaysWhereAndWhyAMacroEnded)
 {
     ProgramRun run =
-        this->run({projectWith(R"--("local x = level", "print('x', x)", "level = 70000", "error('boom')")--"),
+        this->run({projectWith(R"--("local x = level", "print('x', x)", "level = 70000", "error('boom\\n')")--"),
                    QStringLiteral("--item"), QStringLiteral("Button"), QStringLiteral("--run"),
                    QStringLiteral("press")});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.out.toStdString(), HasSubstr("print: x\t"));
     EXPECT_THAT(table(run, "LINE  ACCESS"), Contains(HasSubstr("1 read level L1 1 4x 0")));
     EXPECT_THAT(run.out.toStdString(), HasSubstr("65535  rounded or cut to what its type can hold\n"));
-    EXPECT_THAT(run.out.toStdString(), HasSubstr("ended in line 4: boom\n"));
+    EXPECT_THAT(run.out.toStdString(), HasSubstr("ended in line 4: boom\\n\n"));
 
     PlcFaultSetting gone;
     gone.fault = PlcFault::Gone;

@@ -321,6 +321,13 @@ TEST(ProjectFile, TellsLineAndColumnOfASyntaxError)
     }
 }
 
+TEST(ProjectFile, CountsAZeroAsACharacterBeforeASyntaxError)
+{
+    ProjectError error;
+    EXPECT_FALSE(readProject(QByteArray("{\"a\0b\": 'x'}", 12), error));
+    EXPECT_EQ(error.where, QStringLiteral("line 1, column 9"));
+}
+
 TEST(ProjectFile, RefusesARootThatIsNoObject)
 {
     ProjectError error;
