@@ -54,4 +54,15 @@ inline bool scrollByFinger(QWidget *viewport, FingerInput input, const QMouseEve
 #endif
 }
 
+// Ends a flick of `viewport` that is under way.
+inline void stopScrolling(QWidget *viewport)
+{
+#if QT_VERSION >= 0x050000
+    if (QScroller::hasScroller(viewport))
+        QScroller::scroller(viewport)->stop();
+#else
+    Q_UNUSED(viewport)
+#endif
+}
+
 } // namespace panelkit

@@ -1,5 +1,6 @@
 #include "widgets/filebrowser.h"
 
+#include "platform/qtcompatwidgets.h"
 #include "widgets/filebrowserform.h"
 #include "widgets/folderlisting.h"
 #include "widgets/panelscreen.h"
@@ -96,7 +97,9 @@ void FileBrowser::reTranslateUI()
 void FileBrowser::showDir(QString const &path)
 {
     QListWidget *const list = m_form->listWidget;
+    stopScrolling(list->viewport());
     list->clear();
+    list->scrollToTop();
     if (path.isEmpty() || !QDir(path).exists()) {
         QListWidgetItem *const notice = new QListWidgetItem(tr("Folder does not exist"));
         notice->setData(pathRole, QString());

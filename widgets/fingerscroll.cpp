@@ -2,7 +2,7 @@
 
 #include "platform/qtcompatwidgets.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 namespace panelkit {
 
@@ -43,6 +43,9 @@ bool FingerScroll::eventFilter(QObject *watched, QEvent *event)
         m_position = positionOf(touch);
         m_isTap = true;
     }
+    // A drag is none of a list that is too short to move, and nevertheless no tap.
+    if ((positionOf(touch) - m_position).manhattanLength() >= QApplication::startDragDistance())
+        m_isTap = false;
     if (scrollByFinger(m_viewport, input, touch))
         m_isTap = false;
     if (input == FingerUp) {
@@ -61,8 +64,8 @@ void FingerScroll::tap()
     QMouseEvent release(QEvent::MouseButtonRelease, m_position, onScreen, Qt::LeftButton, Qt::NoButton,
                         Qt::NoModifier);
     m_tapping = true;
-    QCoreApplication::sendEvent(m_viewport, &press);
-    QCoreApplication::sendEvent(m_viewport, &release);
+    QApplication::sendEvent(m_viewport, &press);
+    QApplication::sendEvent(m_viewport, &release);
     m_tapping = false;
 }
 

@@ -9,9 +9,10 @@ class QWidget;
 namespace panelkit {
 
 // Lets a finger, or the mouse that a touch screen pretends to be, drag and flick the contents of `viewport`,
-// whose scroller lives as long. The widget is told of a touch only when the finger has left it without a
-// drag; so a drag selects nothing, and a touch that stops a flick does not either. (The toolkit's own gesture
-// for this loses its recognizer with every widget that had one.)
+// whose scroller lives as long. The widget is told of a touch only when the finger has left it where it came
+// down; so a drag selects nothing, in whatever direction and however short the contents are, and a touch that
+// stops a flick does not either. (The toolkit's own gesture for this loses its recognizer with every widget
+// that had one.)
 class FingerScroll : public QObject
 {
 public:
@@ -24,7 +25,7 @@ private:
     QWidget *m_viewport;
     QPoint m_position; // where the finger came down
     bool m_isDown;
-    bool m_isTap; // the finger that is down has moved nothing so far
+    bool m_isTap; // the finger that is down has neither moved anything nor gone further than it trembles
     bool m_tapping;
 };
 

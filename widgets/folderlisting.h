@@ -39,8 +39,8 @@ private:
 
 // The folders in `path`, and with `withFiles` the files whose suffix is among `extensions` (an empty list
 // means all): what QDir::entryInfoList gives for QDir::Dirs, QDir::Files, QDir::NoSymLinks and
-// QDir::NoDotAndDotDot, sorted by QDir::Name and QDir::DirsFirst. Empty for a folder that cannot be read. The
-// items belong to the caller.
+// QDir::NoDotAndDotDot, sorted by QDir::Name and QDir::DirsFirst. Empty for a folder that cannot be read, and
+// for what is a path only to the toolkit (its resources and search paths). The items belong to the caller.
 QList<FolderEntry *> folderEntries(const QString &path, bool withFiles, const QList<QString> &extensions);
 
 } // namespace panelkit

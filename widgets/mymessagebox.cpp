@@ -59,6 +59,7 @@ MyMessagebox::MyMessagebox(QString text) : m_label(new QLabel(text, this))
     m_label->setFont(noticeFont());
     setLayout(layout);
     adjustSize();
+    m_label->adjustSize();
 
     setPrecise(m_timer);
     connect(&m_timer, SIGNAL(timeout()), this, SLOT(OnCancel()));
@@ -72,6 +73,7 @@ void MyMessagebox::setText(QString text, int seconds)
     if (m_label->width() > widestLine)
         m_label->setText(brokenIntoLines(text, m_label->width()));
     adjustSize();
+    m_label->adjustSize(); // the layout of a box that is not shown leaves it as wide as it was
     const qint64 longest = std::numeric_limits<int>::max();
     const qint64 milliseconds = static_cast<qint64>(seconds) * 1000;
     m_timer.setInterval(static_cast<int>(qBound<qint64>(0, milliseconds, longest)));

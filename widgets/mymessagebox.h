@@ -10,7 +10,7 @@ class QLabel;
 
 // It hides when its time is over or its button is clicked, and may be shown again; each showing gets the full
 // time. Hiding neither closes nor deletes it and sets no result. Without a call of setText it hides right
-// after it is shown.
+// after it is shown. The button is at least as high as a fingertip, 44 pixels.
 class PANELKIT_EXPORT MyMessagebox : public QDialog
 {
     Q_OBJECT

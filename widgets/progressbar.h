@@ -9,8 +9,10 @@
 class QLabel;
 class QProgressBar;
 
-// Frameless, on top of everything, in the middle of the panel's screen. While it is active it follows the
-// progress; the operator may hide it, and then it stays away until it is activated anew.
+// Frameless, on top of everything, in the middle of the panel's screen; with a parent it is a part of that
+// and no window of its own. While it is active it follows the progress; the operator may hide it, and then it
+// stays away until it is activated anew. The text is shown as it stands, broken into lines; the button is at
+// least as high as a fingertip, 44 pixels.
 class PANELKIT_EXPORT ProgressBar : public QDialog
 {
     Q_OBJECT

@@ -11,8 +11,9 @@ namespace panelkit {
 class Ui_TipsProgressBar;
 }
 
-// The runtime drives it and hides it; it takes no input. The names of its children "widget", "title", "pb_1"
-// and "pb_2" are an interface.
+// The runtime drives it and hides it; it takes no input. With a parent it is a part of that and no window of
+// its own. The title is shown as it stands, broken into lines, and percentages in the middle of their bars.
+// The names of its children "widget", "title", "pb_1" and "pb_2" are an interface.
 class PANELKIT_EXPORT TipsProgressBar : public QGraphicsView
 {
     Q_OBJECT

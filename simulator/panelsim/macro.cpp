@@ -267,7 +267,8 @@ void printResult(const Project &project, const MacroResult &result)
     if (result.isDone())
         print(QStringLiteral("done\n"));
     else if (result.line > 0)
-        print(QStringLiteral("ended in line %1: %2\n").arg(QString::number(result.line), printable(result.message)));
+        print(QStringLiteral("ended in line %1: %2\n")
+                  .arg(QString::number(result.line), printable(result.message)));
     else
         print(QStringLiteral("ended: %1\n").arg(printable(result.message)));
 }

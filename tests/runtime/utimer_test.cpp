@@ -93,10 +93,11 @@ TEST(UTimer, WithoutACycleIsDueOnEveryTick)
     int runs = 0;
     UTimer timer(countRun, &runs, -1, -1, false);
     timer.Start();
+    EXPECT_EQ(tick(timer, -1), 3) << "not even 0 is waited for";
     EXPECT_EQ(tick(timer, 0), 3);
     EXPECT_EQ(tick(timer, 0), 3);
     EXPECT_EQ(tick(timer, 7), 3);
-    EXPECT_EQ(runs, 3);
+    EXPECT_EQ(runs, 4);
 }
 
 TEST(UTimer, TakesAnyNewCycleAtTheNextReload)
@@ -206,6 +207,9 @@ TEST(UTimer, WithoutACallbackSaysSoWhenItIsDue)
     EXPECT_EQ(tick(timer, 99), 4);
     EXPECT_EQ(tick(timer, 1), 2);
     EXPECT_EQ(tick(timer, 1), 2) << "it stays due";
+    UTimer withoutRuns(nullptr, nullptr, 100, 0, false);
+    withoutRuns.Start();
+    EXPECT_EQ(tick(withoutRuns, 100), 2) << "whatever the count";
 }
 
 TEST(UTimer, TakesACallbackLater)

@@ -1,4 +1,5 @@
 #include "tests/widgets/browserfixture.h"
+#include "widgets/filebrowserform.h"
 
 #include <QAbstractItemModel>
 #include <QHBoxLayout>
@@ -72,6 +73,15 @@ TEST_F(FileBrowserInterface, ShowsItsTextsAndTheTitleOnceItIsTranslated)
     EXPECT_EQ(ok->text(), QStringLiteral("OK"));
 }
 
+TEST_F(FileBrowserInterface, KeepsTheNameThatItHas)
+{
+    panelkit::FileBrowserForm form;
+    QGraphicsView named;
+    named.setObjectName(QStringLiteral("recipes"));
+    form.setupUi(&named);
+    EXPECT_EQ(named.objectName(), QStringLiteral("recipes"));
+}
+
 TEST_F(FileBrowserInterface, StartsAsPickerOfOneFile)
 {
     EXPECT_EQ(browser.getBroType(), FileBro_SingleFile);
@@ -110,6 +120,7 @@ TEST_F(FileBrowserInterface, SaysOkBeforeItCloses)
     tapItem(QStringLiteral("a.csv"));
     bool visibleThen = false;
     QStringList selectedThen;
+    QSignalSpy accepted(&browser, &FileBrowser::fileBro_OK);
     QObject::connect(&browser, &FileBrowser::fileBro_OK, [&] {
         visibleThen = browser.isVisible();
         selectedThen = browser.getSelectFile();
@@ -119,6 +130,7 @@ TEST_F(FileBrowserInterface, SaysOkBeforeItCloses)
     EXPECT_TRUE(visibleThen);
     EXPECT_EQ(selectedThen, QStringList(path(QStringLiteral("a.csv"))));
     EXPECT_FALSE(browser.isVisible());
+    EXPECT_EQ(accepted.count(), 1);
     EXPECT_EQ(cancelled.count(), 0);
 }
 
@@ -129,9 +141,11 @@ TEST_F(FileBrowserInterface, SaysCancelBeforeItCloses)
     bool visibleThen = false;
     QObject::connect(&browser, &FileBrowser::fileBro_Cancel, [&] { visibleThen = browser.isVisible(); });
     QSignalSpy accepted(&browser, &FileBrowser::fileBro_OK);
+    QSignalSpy cancelled(&browser, &FileBrowser::fileBro_Cancel);
     tap(cancel);
     EXPECT_TRUE(visibleThen);
     EXPECT_FALSE(browser.isVisible());
+    EXPECT_EQ(cancelled.count(), 1);
     EXPECT_EQ(accepted.count(), 0);
 }
 
@@ -300,6 +314,16 @@ TEST_F(FileBrowserRoots, MayBeMissingAltogether)
     EXPECT_TRUE(showsThatFolderIsMissing());
 }
 
+TEST_F(FileBrowserRoots, MayBeMissingInALaterTranslationThatKeepsTheFolder)
+{
+    makeFolder(QStringLiteral("data/deep"));
+    browse(FileBro_SingleFile);
+    browser.showDir(path(QStringLiteral("data")));
+    browser.setFileBrowserInfo({});
+    browser.reTranslateUI();
+    EXPECT_EQ(listed(), QStringList(QStringLiteral("deep")));
+}
+
 TEST_F(FileBrowserRoots, MayLieNowhereAndThenDisableTheReturnButton)
 {
     makeFolder(QStringLiteral("there"));
@@ -373,6 +397,9 @@ TEST_F(FileBrowserRoots, AreNotLookedForBeyondTheirEnd)
     rootNames->setCurrentIndex(1); // the names are still those of the last translation
     EXPECT_EQ(listed(), QStringList(QStringLiteral("one")));
     rootNames->setCurrentIndex(-1);
+    EXPECT_EQ(listed(), QStringList(QStringLiteral("one")));
+    browser.setFileBrowserInfo({{QStringLiteral("A"), path(QStringLiteral("one"))}});
+    rootNames->setCurrentIndex(1); // right behind the last that is left
     EXPECT_EQ(listed(), QStringList(QStringLiteral("one")));
     browser.showDir(path(QStringLiteral("one")));
     tap(back);

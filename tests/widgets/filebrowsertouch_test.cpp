@@ -143,6 +143,42 @@ TEST_P(FileBrowserOnScreen, ScrollsByFingerWithoutSelecting)
     EXPECT_TRUE(list->selectedItems().isEmpty());
 }
 
+TEST_P(FileBrowserOnScreen, TakesNoDragForATapWhereNothingCanScroll)
+{
+    makeFolder(QStringLiteral("folder"));
+    makeFile(QStringLiteral("a.csv"));
+    browse(FileBro_MultiFile);
+    show(browser);
+    const QPoint folder = list->visualItemRect(item(QStringLiteral("folder"))).center();
+    drag(list->viewport(), folder, folder - QPoint(0, folder.y() + 60));
+    const QPoint file = list->visualItemRect(item(QStringLiteral("a.csv"))).center();
+    drag(list->viewport(), file, file + QPoint(100, 0));
+    EXPECT_EQ(listed(), QStringList({QStringLiteral("folder"), QStringLiteral("a.csv")}));
+    EXPECT_TRUE(list->selectedItems().isEmpty());
+}
+
+TEST_P(FileBrowserOnScreen, BeginsEachFolderAtItsTop)
+{
+    makeFolder(QStringLiteral("deep"));
+    for (int i = 0; i < 1000; ++i) {
+        makeFile(QStringLiteral("record_%1.csv").arg(i));
+        makeFile(QStringLiteral("deep/record_%1.csv").arg(i));
+    }
+    browse(FileBro_SingleFile);
+    browser.showDir(path(QStringLiteral("deep")));
+    show(browser);
+    QScrollBar *const position = list->verticalScrollBar();
+    const QPoint bottom = list->viewport()->rect().center() + QPoint(0, list->viewport()->height() / 3);
+    drag(list->viewport(), bottom, QPoint(bottom.x(), 2));
+    const int whenLifted = position->value();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return position->value() > whenLifted; })) << "the list flies on";
+    tap(back);
+    ASSERT_EQ(list->item(0)->text(), QStringLiteral("deep"));
+    EXPECT_EQ(position->value(), 0);
+    QTest::qWait(100);
+    EXPECT_EQ(position->value(), 0) << "the flick has ended";
+}
+
 TEST_P(FileBrowserOnScreen, TakesATrembleForATap)
 {
     makeFile(QStringLiteral("a.csv"));

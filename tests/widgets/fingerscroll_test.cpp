@@ -1,6 +1,6 @@
 #include "widgets/fingerscroll.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QMouseEvent>
 #include <QWidget>
 
@@ -23,10 +23,10 @@ protected:
     }
 };
 
-void send(QWidget &widget, QEvent::Type type, Qt::MouseButton button)
+void send(QWidget &widget, QEvent::Type type, Qt::MouseButton button, const QPoint &place = QPoint(5, 5))
 {
     const bool isUp = type == QEvent::MouseButtonRelease;
-    QMouseEvent event(type, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)), button,
+    QMouseEvent event(type, place, widget.mapToGlobal(place), button,
                       isUp ? Qt::NoButton : Qt::MouseButtons(button), Qt::NoModifier);
     QCoreApplication::sendEvent(&widget, &event);
 }
@@ -66,4 +66,36 @@ TEST(FingerScroll, BeginsWithNoFingerDown)
     new panelkit::FingerScroll(&viewport);
     send(viewport, QEvent::MouseButtonRelease, Qt::LeftButton);
     EXPECT_EQ(viewport.reached, QList<QEvent::Type>{QEvent::MouseButtonRelease});
+}
+
+TEST(FingerScroll, TakesForATapWhatMovesLessThanADrag)
+{
+    Viewport viewport; // nothing in it scrolls
+    new panelkit::FingerScroll(&viewport);
+    const int drag = QApplication::startDragDistance();
+    const struct
+    {
+        QPoint to;
+        int events; // that reach the widget
+    } rows[] = {{{drag - 1, 0}, 2}, {{-(drag - 1), 0}, 2}, {{1, drag - 2}, 2},           {{drag, 0}, 0},
+                {{0, drag}, 0},     {{0, -drag}, 0},       {{drag / 2 + 1, drag / 2}, 0}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.to.x() << " " << row.to.y());
+        viewport.reached.clear();
+        send(viewport, QEvent::MouseButtonPress, Qt::LeftButton);
+        send(viewport, QEvent::MouseMove, Qt::LeftButton, QPoint(5, 5) + row.to);
+        send(viewport, QEvent::MouseButtonRelease, Qt::LeftButton, QPoint(5, 5) + row.to);
+        EXPECT_EQ(viewport.reached.size(), row.events);
+    }
+}
+
+TEST(FingerScroll, TakesADragForNoTapThatComesBack)
+{
+    Viewport viewport;
+    new panelkit::FingerScroll(&viewport);
+    send(viewport, QEvent::MouseButtonPress, Qt::LeftButton);
+    send(viewport, QEvent::MouseMove, Qt::LeftButton, QPoint(5, 100));
+    send(viewport, QEvent::MouseMove, Qt::LeftButton);
+    send(viewport, QEvent::MouseButtonRelease, Qt::LeftButton);
+    EXPECT_EQ(viewport.reached, QList<QEvent::Type>());
 }

@@ -157,6 +157,15 @@ TEST_F(HmiMessageBox, EndsItsOwnLoopWhenItCloses)
     EXPECT_EQ(box.clickedButton(), nullptr);
 }
 
+TEST_F(HmiMessageBox, GivesZeroWhereABoxThatWasAnsweredIsClosedTheNextTime)
+{
+    HMIMessageBox box(nullptr, QString(), QStringLiteral("Delete it?"), QStringLiteral("Yes"), QString());
+    QTimer::singleShot(0, &box, [&] { box.button(QMessageBox::Ok)->click(); });
+    EXPECT_EQ(box.exec(), static_cast<int>(QMessageBox::Ok));
+    QTimer::singleShot(0, &box, [&] { box.close(); });
+    EXPECT_EQ(box.exec(), 0);
+}
+
 INSTANTIATE_ON_EVERY_SCREEN(HmiMessageBoxOnScreen);
 
 TEST_P(HmiMessageBoxOnScreen, AnswersATapWithoutANotice)

@@ -47,8 +47,7 @@ TEST_F(ProgressBarForm, LooksAsThePanelsDialogsDo)
     EXPECT_EQ(dialog.styleSheet(),
               QStringLiteral(
                   "ProgressBar{border-style: ridge; border-width: 4px; border-color: rgb(64, 64, 64);}"));
-    EXPECT_TRUE(dialog.windowFlags() & Qt::FramelessWindowHint);
-    EXPECT_TRUE(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(dialog.windowFlags(), Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     for (const QWidget *part : QList<QWidget *>{&dialog, label, bar, hideButton}) {
         EXPECT_EQ(part->font().family(), QStringLiteral("SimSun"));
         EXPECT_EQ(part->font().pixelSize(), 16);
@@ -98,6 +97,29 @@ TEST_F(ProgressBarForm, RoundsItsPositionDown)
     EXPECT_EQ(ProgressBar().pos(), QPoint(-51, -25)); // -50.5 and -24.5
     useScreen({318, 200});
     EXPECT_EQ(ProgressBar().pos(), QPoint(-51, -25));
+}
+
+TEST_F(ProgressBarForm, IsNarrowOnlyOnTheScreenThatIs272By480)
+{
+    const struct
+    {
+        Screen screen;
+        int width;
+    } rows[] = {
+        {{272, 480}, 260}, {{272, 400}, 420}, {{480, 800}, 420}, {{271, 480}, 420}, {{480, 272}, 420}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.screen.width << " x " << row.screen.height);
+        useScreen(row.screen);
+        EXPECT_EQ(ProgressBar().size(), QSize(row.width, 250));
+    }
+}
+
+TEST_F(ProgressBarForm, IsAPartOfItsParent)
+{
+    QWidget parent;
+    const ProgressBar part(&parent);
+    EXPECT_FALSE(part.isWindow());
+    EXPECT_EQ(part.windowFlags(), Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
 }
 
 TEST_F(ProgressBarForm, DoesWithoutAnApplicationRecord)

@@ -1,5 +1,6 @@
 #include "tests/widgets/widgetfixture.h"
 #include "widgets/tipsprogressbar.h"
+#include "widgets/tipsprogressbarform.h"
 
 #include <QAccessible>
 #include <QGridLayout>
@@ -43,7 +44,7 @@ TEST_F(TipsProgressBarForm, LooksAsThePanelsOverlaysDo)
     EXPECT_EQ(overlay.objectName(), QStringLiteral("TipsProgressBar"));
     EXPECT_EQ(overlay.windowTitle(), QStringLiteral("Form"));
     EXPECT_EQ(overlay.styleSheet(), QStringLiteral("background: transparent; border:0px"));
-    EXPECT_TRUE(overlay.windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_EQ(overlay.windowFlags(), Qt::Window | Qt::FramelessWindowHint);
     EXPECT_EQ(overlay.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     EXPECT_EQ(overlay.verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     EXPECT_EQ(box->styleSheet(),
@@ -57,6 +58,23 @@ TEST_F(TipsProgressBarForm, LooksAsThePanelsOverlaysDo)
     EXPECT_EQ(second->orientation(), Qt::Horizontal);
     EXPECT_EQ(first->alignment(), Qt::AlignCenter) << "where the percentage stands";
     EXPECT_EQ(second->alignment(), Qt::AlignCenter);
+}
+
+TEST_F(TipsProgressBarForm, IsAPartOfItsParent)
+{
+    QWidget parent;
+    const TipsProgressBar part(&parent);
+    EXPECT_FALSE(part.isWindow());
+    EXPECT_EQ(part.windowFlags(), Qt::FramelessWindowHint);
+}
+
+TEST_F(TipsProgressBarForm, KeepsTheNameThatItHas)
+{
+    panelkit::Ui_TipsProgressBar form;
+    QGraphicsView named;
+    named.setObjectName(QStringLiteral("loading"));
+    form.setupUi(&named);
+    EXPECT_EQ(named.objectName(), QStringLiteral("loading"));
 }
 
 TEST_F(TipsProgressBarForm, HoldsTheBoxBetweenFourSpacers)

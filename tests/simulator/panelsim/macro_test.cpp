@@ -178,10 +178,10 @@ TEST_F(PanelsimMacro, GivesRegistersTheirValuesBeforeTheRun)
 
 TEST_F(PanelsimMacro, SaysWhereAndWhyAMacroEnded)
 {
-    ProgramRun run =
-        this->run({projectWith(R"--("local x = level", "print('x', x)", "level = 70000", "error('boom\\n')")--"),
-                   QStringLiteral("--item"), QStringLiteral("Button"), QStringLiteral("--run"),
-                   QStringLiteral("press")});
+    ProgramRun run = this->run(
+        {projectWith(R"--("local x = level", "print('x', x)", "level = 70000", "error('boom\\n')")--"),
+         QStringLiteral("--item"), QStringLiteral("Button"), QStringLiteral("--run"),
+         QStringLiteral("press")});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.out.toStdString(), HasSubstr("print: x\t"));
     EXPECT_THAT(table(run, "LINE  ACCESS"), Contains(HasSubstr("1 read level L1 1 4x 0")));
