@@ -2,6 +2,7 @@
 
 #include "simulator/host/session.h"
 #include "simulator/window/fingerscrollarea.h"
+#include "simulator/window/keypad.h"
 #include "simulator/window/pageparts.h"
 #include "simulator/window/twocolumns.h"
 #include "widgets/mylineedit.h"
@@ -180,9 +181,12 @@ void AddressPage::check()
     } else {
         show(m_checker.check(typed()));
     }
+    const bool isRefused = m_verdict->property("part").toString() == QLatin1String("refusal");
+    for (MyLineEdit *edit : {m_block, m_number, m_length})
+        edit->setProperty(Keypad::noteProperty, (isRefused ? m_reason : m_verdict)->text());
 }
 
-// A field tells the verdict too, where the keypad stands on it.
+// The fields tell the verdict too, by their looks and above the keys of the keypad, which stands on it.
 void AddressPage::mark(Part block, Part number, Part length)
 {
     setPart(m_block, block);

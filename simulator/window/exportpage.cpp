@@ -11,6 +11,7 @@
 
 #include <QComboBox>
 #include <QFileInfo>
+#include <QHideEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -141,7 +142,11 @@ void ExportPage::refresh()
 
 void ExportPage::hideEvent(QHideEvent *event)
 {
-    delete m_browser;
+    // Not deleted here: when the window hides, the toolkit is going through its children, and this is one.
+    if (m_browser && !event->spontaneous()) {
+        m_browser->hide();
+        m_browser->deleteLater();
+    }
     Page::hideEvent(event);
 }
 

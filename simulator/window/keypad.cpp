@@ -4,11 +4,16 @@
 #include "widgets/mylineedit.h"
 
 #include <QCoreApplication>
+#include <QDragMoveEvent>
 #include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QMimeData>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
 #include <QVariant>
 
 namespace panelkit::simulator {
@@ -26,17 +31,59 @@ bool takesNumbers(const MyLineEdit &field)
                                        Qt::ImhPreferNumbers | Qt::ImhDialableCharactersOnly);
 }
 
+// All of the field; the toolkit's own way is content with the caret's place.
+void scrollTo(QScrollArea &area, const MyLineEdit &field)
+{
+    const QRect place(field.mapTo(area.widget(), QPoint(0, 0)), field.size());
+    area.ensureVisible(place.left(), place.bottom(), 0, 0);
+    area.ensureVisible(place.left(), place.top(), 0, 0);
+}
+
+// A line edit shows its caret when it gains the focus, which a MyLineEdit leaves out, and as long as
+// something is dragged over it.
+void showCaret(MyLineEdit &field)
+{
+    if (field.isReadOnly())
+        return;
+    const int cursor = field.cursorPosition();
+    const QPoint place = field.inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QMimeData text;
+    text.setText(QString());
+    QDragMoveEvent over(place, Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    field.event(&over); // not sent: the application would look for a real drag
+    field.setCursorPosition(cursor);
+    // Which of the caret's blinks it is in is decided anew, or it would be the dark one for ever.
+    field.setReadOnly(true);
+    field.setReadOnly(false);
+}
+
+void hideCaret(MyLineEdit &field)
+{
+    QDragLeaveEvent left;
+    field.event(&left);
+}
+
 } // namespace
 
 Keypad::Keypad(QWidget *window, QWidget *content)
     : QWidget(window),
       m_window(window),
       m_content(content),
-      m_grid(new QGridLayout(this))
+      m_note(new QLabel(this)),
+      m_grid(new QGridLayout)
 {
     setObjectName(QStringLiteral("keypad"));
+    m_note->setObjectName(QStringLiteral("note"));
+    m_note->setTextFormat(Qt::PlainText);
+    m_note->setWordWrap(true);
+    m_note->setContentsMargins(2 * gap, 0, 2 * gap, 0);
     m_grid->setContentsMargins(gap, gap, gap, gap);
     m_grid->setSpacing(gap);
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_note);
+    column->addLayout(m_grid, 1);
     hide();
 }
 
@@ -48,8 +95,10 @@ void Keypad::serve(MyLineEdit *field)
             close();
     });
     connect(field, &QObject::destroyed, this, [this, field] {
-        if (field == m_field)
-            close();
+        if (field != m_field)
+            return;
+        m_field = nullptr;
+        close();
     });
 }
 
@@ -61,21 +110,37 @@ void Keypad::serveAllIn(QWidget *page)
 
 void Keypad::open(MyLineEdit *field)
 {
+    if (m_field != nullptr)
+        close();
     m_field = field;
     m_isShifted = false;
     const QSize screen = m_window->size();
     const KeypadLayout layout = takesNumbers(*field) ? digitKeys() : letterKeys(screen);
     build(layout);
+    m_note->ensurePolished();
+    const int lines = field->property(noteProperty).isValid() ? noteLines(screen) : 0;
+    const int noteHeight = lines > 0 ? lines * m_note->fontMetrics().lineSpacing() + gap : 0;
+    m_note->setFixedHeight(noteHeight);
     const int width = qMin(screen.width(), layout.columns * (widestKey + gap) + gap);
-    const int height = layout.rows * keyHeight(layout, screen);
+    const int height = layout.rows * keyHeight(layout, screen, noteHeight) + noteHeight;
     setGeometry((screen.width() - width) / 2, screen.height() - height, width, height);
+    showNote();
+    for (QWidget *parent = field->parentWidget(); parent != m_content; parent = parent->parentWidget())
+        if (auto *const area = qobject_cast<QScrollArea *>(parent))
+            scrollTo(*area, *field);
     makeRoomFor(*field);
+    watch(true);
+    showCaret(*field);
     show();
     raise();
 }
 
 void Keypad::close()
 {
+    if (m_field != nullptr) {
+        watch(false);
+        hideCaret(*m_field);
+    }
     m_field = nullptr;
     m_content->move(0, 0);
     hide();
@@ -116,6 +181,36 @@ void Keypad::makeRoomFor(const MyLineEdit &field)
     const int top = field.mapTo(m_window, QPoint(0, 0)).y();
     const int hidden = top + field.height() + airBelowField - y();
     m_content->move(0, -qBound(0, hidden, qMax(0, top)));
+}
+
+// What moves the field: itself, and whatever it stands on up to the content.
+void Keypad::watch(bool isWatched)
+{
+    for (QWidget *widget = m_field; widget != m_content; widget = widget->parentWidget())
+        if (isWatched)
+            widget->installEventFilter(this);
+        else
+            widget->removeEventFilter(this);
+}
+
+bool Keypad::eventFilter(QObject *watched, QEvent *event)
+{
+    if (m_field != nullptr) {
+        if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+            makeRoomFor(*m_field);
+        else if (event->type() == QEvent::DynamicPropertyChange && watched == m_field)
+            showNote();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void Keypad::showNote()
+{
+    const QString note = m_field->property(noteProperty).toString();
+    const int lines = m_note->height() / m_note->fontMetrics().lineSpacing();
+    // Lines that are broken between words end before the edge.
+    const int room = lines < 2 ? width() - 6 * gap : lines * width() * 4 / 5;
+    m_note->setText(m_note->fontMetrics().elidedText(note, Qt::ElideRight, room));
 }
 
 void Keypad::press(const Key &key)

@@ -7,13 +7,19 @@
 #include <QWidget>
 
 class QGridLayout;
+class QLabel;
 class QPushButton;
 
 namespace panelkit::simulator {
 
 // Comes up at the bottom of its window when a field that it serves gains the focus, and goes when the field
-// loses it. What else the window shows is moved up as far as it takes for the field to stay in view. The keys
-// reach the field as those of a keyboard do, so that whatever it allows or forbids holds.
+// loses it. What else the window shows is moved up as far as it takes for the field to stay in view, also
+// when the page moves it later. The keys reach the field as those of a keyboard do, so that whatever it
+// allows or forbids holds. While it serves a field, the keypad shows the field's caret, which a MyLineEdit
+// does not.
+//
+// A field with the property keypadNote has that text shown above the keys, as it is at the moment: what the
+// page says of the field may lie behind them.
 class Keypad : public QWidget
 {
     Q_OBJECT
@@ -25,11 +31,15 @@ public:
     void serve(MyLineEdit *field);
     void serveAllIn(QWidget *page);
 
+    static constexpr const char *noteProperty = "keypadNote";
+
     MyLineEdit *field() const { return m_field; } // null while the keypad is hidden
 
     // The key that types `text` in lower case, or the one of that action; null when it has none.
     QPushButton *keyFor(const QString &text) const;
     QPushButton *keyFor(Key::Action action) const;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -43,11 +53,14 @@ private:
     void press(const Key &key);
     void send(int keyCode, const QString &text);
     void label();
+    void showNote();
     void makeRoomFor(const MyLineEdit &field);
+    void watch(bool isWatched);
 
     QWidget *m_window;
     QWidget *m_content;
     MyLineEdit *m_field = nullptr; // forgotten when it goes
+    QLabel *m_note;
     QGridLayout *m_grid;
     std::vector<Key> m_keys;
     std::vector<QPushButton *> m_buttons; // one for each key

@@ -50,6 +50,18 @@ KeypadLayout letterKeys(const QSize &screen)
         addKey(layout, Key::Action::Delete, layout.rows, 3, 4);
         addKey(layout, Key::Action::Clear, layout.rows, 7, 3);
         addKey(layout, Key::Action::Enter, layout.rows, 10, 4);
+    } else if (isSmall(screen)) {
+        layout.columns = 13;
+        for (const char *row : {"1234567890-", "qwertyuiop/", "asdfghjkl.#"})
+            addRow(layout, QString::fromLatin1(row));
+        addKey(layout, Key::Action::Delete, 0, 11, 2);
+        addKey(layout, Key::Action::Clear, 1, 11, 2);
+        addKey(layout, Key::Action::Enter, 2, 11, 2);
+        addKey(layout, Key::Action::Shift, layout.rows, 0, 2);
+        const QString last = QStringLiteral("zxcvbnm_");
+        for (int i = 0; i < last.size(); ++i)
+            layout.keys.push_back({Key::Action::Type, last.mid(i, 1), layout.rows, 2 + i, 1});
+        layout.keys.push_back({Key::Action::Type, QStringLiteral(" "), layout.rows, 10, 3});
     } else {
         layout.columns = 10;
         for (const char *row : {"1234567890", "qwertyuiop", "asdfghjkl-", "zxcvbnm./#"})
@@ -65,9 +77,16 @@ KeypadLayout letterKeys(const QSize &screen)
     return layout;
 }
 
-int keyHeight(const KeypadLayout &layout, const QSize &screen)
+int noteLines(const QSize &screen)
 {
-    return qBound(32, (screen.height() - roomForField) / layout.rows, highestKey);
+    if (!isSmall(screen))
+        return 0;
+    return isPortrait(screen) ? 2 : 1;
+}
+
+int keyHeight(const KeypadLayout &layout, const QSize &screen, int noteHeight)
+{
+    return qMin((screen.height() - roomForField - noteHeight) / layout.rows, highestKey);
 }
 
 } // namespace panelkit::simulator

@@ -36,12 +36,16 @@ struct KeypadLayout
 // Digits, point and sign, with large keys.
 KeypadLayout digitKeys();
 
-// All that addresses and names are made of: in the order of a typewriter where the screen is wide, else in
-// that of the alphabet.
+// All that addresses and names are made of: in the order of a typewriter where the screen is wide, in few
+// rows where it is low, else in the order of the alphabet.
 KeypadLayout letterKeys(const QSize &screen);
 
-// How high a row of keys is on that screen: 44 pixels and more, unless the keys would then leave no room for
-// the field that they fill.
-int keyHeight(const KeypadLayout &layout, const QSize &screen);
+// How many lines there are above the keys for a note, on screens that show nothing else beside keypad and
+// field.
+int noteLines(const QSize &screen);
+
+// How high a row of keys is on that screen, which has to leave room for the field that they fill and for a
+// note of that height.
+int keyHeight(const KeypadLayout &layout, const QSize &screen, int noteHeight);
 
 } // namespace panelkit::simulator

@@ -2,6 +2,7 @@
 
 #include "simulator/window/panelstyle.h"
 
+#include <QEvent>
 #include <QPainter>
 
 namespace panelkit::simulator {
@@ -54,13 +55,19 @@ void MacroButton::paintEvent(QPaintEvent *)
     painter.drawText(rect().adjusted(margin, 2, -margin, -2), Qt::AlignCenter | Qt::TextWordWrap, text());
 }
 
-void MacroButton::hideEvent(QHideEvent *event)
+bool MacroButton::event(QEvent *event)
 {
-    if (isDown()) {
-        setDown(false);
-        Q_EMIT released();
-    }
-    QAbstractButton::hideEvent(event);
+    if (event->type() == QEvent::Hide || event->type() == QEvent::WindowBlocked)
+        release();
+    return QAbstractButton::event(event);
+}
+
+void MacroButton::release()
+{
+    if (!isDown())
+        return;
+    setDown(false);
+    Q_EMIT released();
 }
 
 } // namespace panelkit::simulator

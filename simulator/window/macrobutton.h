@@ -6,7 +6,8 @@
 namespace panelkit::simulator {
 
 // Large enough for a hurried finger; its name goes over several lines where it needs to. Every pressed() is
-// followed by a released(), also when the button goes from the screen under the finger.
+// followed by a released(), also when the button goes from the screen under the finger, and when a box comes
+// before it that keeps the finger's own leaving from it.
 class MacroButton : public QAbstractButton
 {
     Q_OBJECT
@@ -20,9 +21,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
+    bool event(QEvent *event) override;
 
 private:
+    void release();
+
     bool m_isRunning = false;
 };
 

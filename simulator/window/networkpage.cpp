@@ -138,7 +138,9 @@ void NetworkPage::refresh()
     for (const Setting &setting : m_settings) {
         const QString nothing = QStringLiteral("0.0.0.0");
         const QString text = registered.*setting.text;
-        setting.edit->setText((stored.*setting.text).isEmpty() && text == nothing ? QString() : text);
+        const QString shown = (stored.*setting.text).isEmpty() && text == nothing ? QString() : text;
+        if (setting.edit->text() != shown) // or a cursor in it would go to the end
+            setting.edit->setText(shown);
     }
     m_isFilling = false;
 }

@@ -61,6 +61,7 @@ QPushButton[part="primary"] { background: @accent@; border-color: @accent@; colo
 QPushButton[part="primary"]:pressed { background: @ink@; border-color: @ink@; }
 QPushButton[part="primary"]:disabled { background: @dim@; border-color: @dim@; }
 
+#keypad QLabel { color: @onBar@; font-size: @caption@px; }
 #keypad QPushButton { padding: 0; min-height: 0; }
 #keypad QPushButton[part="word"], #keypad QPushButton[part="primary"] { font-size: @caption@px; }
 
@@ -105,8 +106,7 @@ void setPart(QWidget *widget, Part part)
 
 Sizes sizesFor(const QSize &screen)
 {
-    const bool isSmall = qMin(screen.width(), screen.height()) < 400;
-    return isSmall ? Sizes{16, 14, 28, 6, 40} : Sizes{20, 17, 34, 10, 52};
+    return isSmall(screen) ? Sizes{16, 14, 28, 6, 40} : Sizes{20, 17, 34, 10, 52};
 }
 
 QString panelStyleSheet(const QSize &screen)

@@ -58,6 +58,12 @@ inline bool isPortrait(const QSize &screen)
     return screen.height() > screen.width();
 }
 
+// Whether it is one of the screens on which little has room.
+inline bool isSmall(const QSize &screen)
+{
+    return qMin(screen.width(), screen.height()) < 400;
+}
+
 // For the window that all of them are in.
 QString panelStyleSheet(const QSize &screen);
 

@@ -83,6 +83,20 @@ TEST_P(AddressPageTest, TakesBitAndWordByATap)
     expectVerdict("Refused", "refusal");
 }
 
+TEST_P(AddressPageTest, HandsTheKeypadWhatItSaysBehindTheKeys)
+{
+    const auto note = [this](const char *field) {
+        return child(field)->property("keypadNote").toString();
+    };
+    type("block", QStringLiteral("4x"));
+    EXPECT_EQ(note("block"), QStringLiteral("Type a block and a number."));
+    type("number", QStringLiteral("70000"));
+    EXPECT_EQ(note("number"), textOf("reason"));
+    EXPECT_EQ(note("length"), textOf("reason"));
+    type("number", QStringLiteral("7"));
+    EXPECT_EQ(note("number"), QStringLiteral("Valid"));
+}
+
 TEST_P(AddressPageTest, MarksTheFieldThatIsAtFault)
 {
     type("block", QStringLiteral("LW"));

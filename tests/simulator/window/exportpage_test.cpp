@@ -280,7 +280,28 @@ TEST_P(ExportPageTest, TakesItsBrowserAlongWhenItIsLeft)
     touch("chooseFolder");
     ASSERT_NE(screen.findChild<FileBrowser *>(), nullptr);
     page->hide();
-    EXPECT_EQ(screen.findChild<FileBrowser *>(), nullptr);
+    EXPECT_FALSE(screen.findChild<FileBrowser *>()->isVisible());
+    WAIT_FOR(screen.findChild<FileBrowser *>() == nullptr);
+}
+
+TEST_P(ExportPageTest, TakesItsBrowserAlongWhenTheWindowGoes)
+{
+    touch("chooseFolder");
+    ASSERT_NE(screen.findChild<FileBrowser *>(), nullptr);
+    screen.hide();
+    WAIT_FOR(screen.findChild<FileBrowser *>() == nullptr);
+    screen.show();
+    EXPECT_TRUE(child("chooseFolder")->isVisible());
+}
+
+TEST_P(ExportPageTest, KeepsItsBrowserWhileTheWindowIsMinimised)
+{
+    touch("chooseFolder");
+    screen.showMinimized();
+    QTest::qWait(50);
+    screen.showNormal();
+    ASSERT_NE(screen.findChild<FileBrowser *>(), nullptr);
+    WAIT_FOR(screen.findChild<FileBrowser *>()->isVisible());
 }
 
 TEST_P(ExportPageTest, ChangesTheLanguageOfItsTableAndItsBrowser)

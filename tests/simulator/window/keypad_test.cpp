@@ -3,6 +3,8 @@
 #include "simulator/window/panelstyle.h"
 #include "tests/simulator/window/panelwindowfixture.h"
 
+#include <QDragLeaveEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QRegularExpressionValidator>
@@ -92,15 +94,14 @@ TEST_P(KeypadScreen, NeverCoversTheFieldInChinese)
 
 TEST_P(KeypadScreen, HasKeysForAFinger)
 {
+    fields.front()->setProperty(Keypad::noteProperty, QStringLiteral("Type a number."));
     for (const Qt::InputMethodHint hint : {Qt::ImhNone, Qt::ImhDigitsOnly}) {
         fields.front()->setInputMethodHints(hint);
         tap(fields.front());
         for (const QPushButton *key : keypad.findChildren<QPushButton *>()) {
             if (!key->isVisible())
                 continue;
-            // Five rows of letters and the field do not leave more on the lowest screen.
-            EXPECT_GE(key->height(), GetParam().height == 272 && hint == Qt::ImhNone ? 38 : 44)
-                << key->text().toStdString();
+            EXPECT_GE(key->height(), 44) << key->text().toStdString();
             EXPECT_GE(key->width(), 32) << key->text().toStdString();
             EXPECT_LE(key->fontMetrics().horizontalAdvance(key->text()), key->width() - 2)
                 << key->text().toStdString();
@@ -166,6 +167,74 @@ TEST_P(KeypadScreen, SurvivesAFieldThatGoes)
     EXPECT_EQ(keypad.isVisible(), keypad.field() != nullptr);
     content.setFocus();
     EXPECT_FALSE(keypad.isVisible());
+}
+
+TEST_P(KeypadScreen, ShowsTheCaretOfTheFieldThatItServesOnly)
+{
+    const auto isShown = [](MyLineEdit *field) {
+        const QImage before = field->grab().toImage();
+        QDragLeaveEvent left;
+        field->event(&left);
+        return field->grab().toImage() != before;
+    };
+    ASSERT_GE(fields.size(), 2u);
+    for (const char *text : {"", "12.5"}) {
+        for (MyLineEdit *field : fields)
+            field->setText(QLatin1String(text));
+        tap(fields[0]);
+        EXPECT_TRUE(isShown(fields[0])) << text;
+        tap(keypad.keyFor(Key::Action::Enter));
+        tap(fields[0]);
+        EXPECT_FALSE(isShown(fields[1])) << text;
+        tap(keypad.keyFor(Key::Action::Clear));
+        type(QStringLiteral("7"));
+        tap(keypad.keyFor(Key::Action::Enter));
+        EXPECT_FALSE(isShown(fields[0])) << "the field was left";
+    }
+}
+
+TEST_P(KeypadScreen, LeavesTheCaretWhereItIsTapped)
+{
+    fields[0]->setText(QStringLiteral("192.168.1.20"));
+    fields[0]->setCursorPosition(3);
+    fields[0]->setFocus();
+    ASSERT_EQ(keypad.field(), fields[0]);
+    EXPECT_EQ(fields[0]->cursorPosition(), 3);
+    EXPECT_EQ(fields[0]->text(), QStringLiteral("192.168.1.20"));
+}
+
+TEST_P(KeypadScreen, FollowsAFieldThatMoves)
+{
+    tap(fields.front());
+    ASSERT_EQ(keypad.field(), fields.front());
+    const auto isInView = [this] {
+        const QRect place(fields.front()->mapTo(&window, QPoint(0, 0)), fields.front()->size());
+        return window.rect().contains(place) && !keypad.geometry().intersects(place);
+    };
+    for (const int y : {window.height() - fieldHeight, 0, window.height() / 2}) {
+        fields.front()->move(10, y);
+        EXPECT_TRUE(isInView()) << y;
+    }
+    fields.front()->resize(100, 50);
+    EXPECT_TRUE(isInView());
+}
+
+TEST_P(KeypadScreen, ShowsTheNoteOfAFieldWhereTheScreenIsSmall)
+{
+    const auto *note = keypad.findChild<QLabel *>(QStringLiteral("note"));
+    tap(fields[1]);
+    EXPECT_EQ(note->height(), 0) << "the field has none";
+    tap(keypad.keyFor(Key::Action::Enter));
+    fields.front()->setProperty(Keypad::noteProperty, QStringLiteral("Type a number."));
+    tap(fields.front());
+    EXPECT_EQ(note->text(), QStringLiteral("Type a number."));
+    EXPECT_EQ(note->height() > 0, GetParam().width < 800);
+    fields.front()->setProperty(Keypad::noteProperty, QStringLiteral("Refused. ").repeated(40));
+    EXPECT_TRUE(note->text().startsWith(QStringLiteral("Refused. Refused. ")));
+    if (note->height() > 0) {
+        EXPECT_LE(note->heightForWidth(note->width()), note->height());
+    }
+    expectEveryFieldInView();
 }
 
 INSTANTIATE_ON_EVERY_SCREEN(KeypadScreen);

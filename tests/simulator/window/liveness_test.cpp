@@ -3,7 +3,6 @@
 #include "tests/simulator/window/manyitems.h"
 #include "tests/simulator/window/panelwindowfixture.h"
 
-#include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
@@ -17,35 +16,37 @@ using panelkit::testing::projectOfManyItems;
 
 namespace {
 
-// The longest time for which the event loop of this thread did not come round, which is the longest that an
-// event had to wait.
-class LoopWatch : public QObject
+// The longest time for which this thread handled no event of a timer, which is the longest that an event had
+// to wait. (A dispatcher's own signals do not tell: that of GLib handles events before it says that it woke
+// up.)
+class Heartbeat : public QObject
 {
 public:
-    LoopWatch()
+    Heartbeat()
     {
-        auto *dispatcher = QAbstractEventDispatcher::instance();
-        connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] { m_turn.start(); });
-        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
-            if (m_turn.isValid())
-                longest = std::max(longest, m_turn.elapsed());
-            m_turn.invalidate();
-            ++turns;
+        m_timer.setTimerType(Qt::PreciseTimer);
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            longest = std::max(longest, m_sinceLast.restart());
+            ++beats;
         });
+        m_sinceLast.start();
+        m_timer.start(interval);
     }
 
-    qint64 longest = 0; // milliseconds
-    int turns = 0;
+    static constexpr int interval = 5; // milliseconds
+    qint64 longest = 0;
+    int beats = 0;
 
 private:
-    QElapsedTimer m_turn;
+    QTimer m_timer;
+    QElapsedTimer m_sinceLast;
 };
 
 // Two hundred displays on a link that waits twenty seconds for an answer.
 class Liveness : public PanelWindowFixture
 {
 protected:
-    static constexpr qint64 bound = 5000; // milliseconds: a stall takes four times as long
+    static constexpr qint64 bound = 2000; // milliseconds: a stall takes ten times as long
 
     Liveness() : PanelWindowFixture({800, 480}, projectOfManyItems(200)) {}
 
@@ -70,22 +71,22 @@ protected:
 TEST_F(Liveness, NoEventWaitsWhileThePlcIsCutOff)
 {
     WAIT_FOR(!tile("Item 1")->isDim());
-    LoopWatch loop;
     cutOff();
+    const Heartbeat heart;
     WAIT_FOR(tile("Item 1")->isDim());
     runFor(30);
-    std::cout << "the longest turn of " << loop.turns << " took " << loop.longest << " ms\n";
-    EXPECT_GT(loop.turns, 20);
-    EXPECT_LT(loop.longest, bound);
+    std::cout << "of " << heart.beats << " events none waited longer than " << heart.longest << " ms\n";
+    EXPECT_GT(heart.beats, 20);
+    EXPECT_LT(heart.longest, bound);
 }
 
 TEST_F(Liveness, NoEventWaitsForTheFirstAnswerOfASilentPlc)
 {
     silence();
-    LoopWatch loop;
+    const Heartbeat heart;
     runFor(30);
-    std::cout << "the longest turn of " << loop.turns << " took " << loop.longest << " ms\n";
+    std::cout << "of " << heart.beats << " events none waited longer than " << heart.longest << " ms\n";
     EXPECT_TRUE(tile("Item 200")->isDim());
-    EXPECT_GT(loop.turns, 20);
-    EXPECT_LT(loop.longest, bound);
+    EXPECT_GT(heart.beats, 20);
+    EXPECT_LT(heart.longest, bound);
 }

@@ -138,6 +138,14 @@ TEST_P(NetworkPageTest, LeavesAloneWhatIsBeingTypedUntilItIsAskedToReload)
     WAIT_FOR(field("ip") == QStringLiteral("192.168.1.10"));
 }
 
+TEST_P(NetworkPageTest, LeavesTheCursorWhereItIs)
+{
+    touch("ip");
+    child<QLineEdit>("ip")->setCursorPosition(3);
+    QTest::qWait(100); // some refreshes
+    EXPECT_EQ(child<QLineEdit>("ip")->cursorPosition(), 3);
+}
+
 TEST_P(NetworkPageTest, SpeaksChineseWithItsWarnings)
 {
     speak("zh_CN");

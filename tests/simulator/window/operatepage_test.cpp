@@ -1,4 +1,5 @@
 #include "simulator/comm/communication.h"
+#include "simulator/window/runtimenotices.h"
 #include "tests/simulator/window/panelwindowfixture.h"
 
 #include <cstring>
@@ -63,6 +64,17 @@ TEST_P(OperatePageScreen, ReleasesAButtonThatGoesFromUnderTheFinger)
     turnTo("values");
     WAIT_FOR(holding(18) == 0x00f5);
     lift(&*window);
+}
+
+TEST_P(OperatePageScreen, ReleasesAButtonThatABoxComesBefore)
+{
+    turnTo("operate");
+    QAbstractButton *lamps = button(QStringLiteral("Lamp test"));
+    press(lamps);
+    WAIT_FOR(holding(18) == 0xffff);
+    window->notices().show(QStringLiteral("The tank is full."), 30, 2);
+    WAIT_FOR(holding(18) == 0x00f5);
+    EXPECT_FALSE(lamps->isDown());
 }
 
 INSTANTIATE_ON_EVERY_SCREEN(OperatePageScreen);

@@ -1,10 +1,12 @@
 #include "simulator/comm/communication.h"
+#include "simulator/window/keypad.h"
 #include "simulator/window/panelruntime.h"
 #include "simulator/window/runtimenotices.h"
 #include "tests/simulator/window/cutofftexts.h"
 #include "tests/simulator/window/panelwindowfixture.h"
 
 #include <QPushButton>
+#include <QRegion>
 
 using namespace panelkit::simulator;
 using panelkit::testing::cutOffTexts;
@@ -40,6 +42,37 @@ TEST_P(PanelWindowScreen, TurnsToEachPageByAFingerOnItsButton)
         tap(buttons.at(i));
         EXPECT_EQ(window->currentPageName(), names.at(i));
         EXPECT_TRUE(window->currentPage()->isVisible());
+    }
+}
+
+// Its message takes room above the fields, or below them, and goes with the first key.
+TEST_P(PanelWindowScreen, NeverCoversAFieldOfThePageWithTheSettings)
+{
+    turnTo("network");
+    const Keypad &keypad = window->keypad();
+    for (const char *name : {"ip", "netMask", "gateway", "dns"}) {
+        SCOPED_TRACE(name);
+        tap(window->findChild<QWidget *>(QStringLiteral("apply")));
+        const auto *message = window->findChild<QWidget *>(QStringLiteral("message"));
+        WAIT_FOR(message->visibleRegion().boundingRect() == message->rect());
+        ASSERT_FALSE(label("message").isEmpty());
+        auto *field = window->findChild<MyLineEdit *>(QLatin1String(name));
+        field->setFocus();
+        const auto expectInView = [&] {
+            for (int round = 0; round < 4;
+                 ++round) // an area to be scrolled is told of what is in it by events
+                QCoreApplication::processEvents();
+            ASSERT_EQ(keypad.field(), field);
+            EXPECT_EQ(field->visibleRegion().boundingRect(), field->rect());
+            const QRect place(field->mapTo(&*window, QPoint(0, 0)), field->size());
+            EXPECT_FALSE(keypad.geometry().intersects(place)) << place.y() << " " << keypad.y();
+        };
+        expectInView();
+        tap(keypad.keyFor(QStringLiteral("5")));
+        ASSERT_TRUE(label("message").isEmpty());
+        expectInView();
+        tap(keypad.keyFor(Key::Action::Enter));
+        EXPECT_FALSE(keypad.isVisible());
     }
 }
 
