@@ -72,6 +72,8 @@ set(panelkit_about
   "PLC register addresses and raw register words into the text that screens"
   "show, checks addresses, prepares Lua macros, and keeps link and IP settings.")
 
+# Its Chinese texts lie where runtimes of this major version look for them, share/panelkit/translations: the next one has
+# to take another name there, or the two packages cannot be installed side by side.
 panelkit_package(library ${panelkit_library_package}
   SECTION libs
   SUMMARY "utility library of a touch-panel HMI runtime"
@@ -103,7 +105,8 @@ panelkit_package(panelsim panelsim
     "."
     "panelsim plays a panel's runtime on a PC: it loads a project, polls its PLC"
     "over Modbus TCP, shows the values, checks addresses and runs macros. It"
-    "brings a sample project, the PLC behind it, and two driver libraries."
+    "brings a sample project, the PLC behind it, two sample driver libraries, and"
+    "one that its soak test asks."
   DEPENDS "${panelkit_library_package} ${panelkit_this}" "panelkit-platform-sim ${panelkit_this}"
     ${panelkit_needs_engines}
   RECOMMENDS fonts-wqy-microhei)

@@ -10,8 +10,9 @@
 #include <QStringList>
 
 // "intf_checkAddrValidity": stores the index of the register `addrText` of the block `regName` in `index`,
-// which comes in as -1 and stays so when there is no such register. `width` is the fourth entry of the
-// block's description and `mode` 2 when that is above 1, else both are 1. The result is not looked at.
+// which comes in as -1 and stays so when there is no such register. With exactly 5 entries in the block's
+// description `width` is the fourth, 0 when it is no number, and `mode` 2 when it is above 1, else 1; with
+// any other count of entries both are 1. The result is not looked at.
 typedef int (*CheckAddrValidityFunction)(QString &regName, QString &addrText, int &index, int mode,
                                          int width);
 

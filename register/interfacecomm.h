@@ -35,8 +35,10 @@ struct LinkValue
     QString reservedText6;
 };
 
-// The table of virtual operations is an interface of the runtime: the order below is fixed, and nothing may
-// be put between. Results that are not described are not looked at.
+// The table of virtual operations is an interface of the runtime: each is called by its place. The first
+// three places are known, and that writeRegisters stands right before readRegisters; a subclass puts nothing
+// between. For a panel with operations in between see docs/panel.md. Results that are not described are not
+// looked at.
 class PANELKIT_EXPORT InterfaceComm
 {
 public:
