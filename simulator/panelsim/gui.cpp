@@ -50,7 +50,9 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption({QStringLiteral("screen"),
                       QStringLiteral("Let the panel's screen be so large, in place of the project's size."),
                       QStringLiteral("WIDTHxHEIGHT")});
-    parser.addOption({QStringLiteral("page"), QStringLiteral("Start with this page in front, as \"values\"."),
+    parser.addOption({QStringLiteral("page"),
+                      QStringLiteral("Start with this page in front: values, operate, export, network, "
+                                     "device, address."),
                       QStringLiteral("NAME")});
     parser.addOption(
         {QStringLiteral("screenshot"),

@@ -38,4 +38,21 @@ offers "folder.json" link-params 1 --project folder.
 offers "folder.json" check --all folder.j
 offers "plan" network p
 offers "show set" link-params 1 s
+offers "en zh_CN" gui --language ""
+offers "values operate export network device address" gui --page ""
+offers "folder" gui --root fol
+offers "folder folder.json" info --disk fol
+# No file is a link's name, an address, a number or the argument of a command without one.
+for word in "" fol; do
+    offers "" check --link "$word"
+    offers "" macro --set "$word"
+    offers "" show --plc "$word"
+    offers "" serve --port "$word"
+    offers "" soak --minutes "$word"
+    offers "" serve "$word"
+    offers "" info "$word"
+done
+offers "folder folder.json" show --json fol
+offers "folder.json" encoding folder.j
+offers "" nothing-like-it fol
 exit "$failed"

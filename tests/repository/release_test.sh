@@ -123,6 +123,7 @@ if command -v dpkg-deb > /dev/null; then
     *) fail "a tree in order is not released" ;;
     esac
     rm -r "$out"
+    # shellcheck disable=SC2016 # for the script
     echo '[ "$1" != --same ]' >> "$tree/project/scripts/check-abi"
     in_tree commit -a -m abi
     ! said=$("$tree/project/scripts/release" 2>&1) || fail "released with another release's ABI"

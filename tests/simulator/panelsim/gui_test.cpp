@@ -141,6 +141,18 @@ TEST_F(Gui, RefusesWhatItDoesNotKnow)
               "panelsim: --page 'nowhere': there are values, operate, export, network, device, address\n");
 }
 
+TEST_F(Gui, NamesEveryPageInItsHelp)
+{
+    const ProgramRun help = gui({QStringLiteral("--help")});
+    const ProgramRun run =
+        gui({QStringLiteral("--page"), QStringLiteral("nowhere"), QStringLiteral("--screenshot"),
+             folder.filePath(QStringLiteral("picture.png"))});
+    const QString names = run.err.section(QStringLiteral("there are "), 1).trimmed();
+    ASSERT_TRUE(names.contains(QLatin1String("values, "))) << run.err.toStdString();
+    EXPECT_TRUE(help.out.simplified().contains(QLatin1String("page in front: ") + names + QLatin1Char('.')))
+        << help.out.toStdString();
+}
+
 TEST_F(Gui, SaysThatAPlcDidNotAnswerForThePicture)
 {
     const QString file = folder.filePath(QStringLiteral("picture.png"));
