@@ -3,6 +3,7 @@
 #include "simulator/lua/luafunctions.h"
 #include "simulator/lua/luarun.h"
 
+#include <cstddef>
 #include <cstring>
 #include <limits>
 
@@ -220,9 +221,11 @@ double patternSteps(std::size_t subjectLength, const char *pattern, std::size_t 
         if (*p == '[') {
             p = skipSet(p, end);
         } else if (*p == '%' && p + 1 != end) {
-            if (p[1] == 'b' || (p[1] >= '0' && p[1] <= '9'))
+            const bool isBalance = p[1] == 'b';
+            if (isBalance || (p[1] >= '0' && p[1] <= '9'))
                 stepsAChoice *= static_cast<double>(subjectLength) + 1;
-            p += 2;
+            // Behind "%b" stand the two delimiters, which may be any characters: "%b[]" has no set.
+            p += qMin(isBalance ? std::ptrdiff_t(4) : std::ptrdiff_t(2), end - p);
         } else {
             choices += isRepetition(*p) ? 1 : 0;
             ++p;

@@ -148,7 +148,26 @@ TEST(PatternSteps, CountsWhatASearchCanChoose)
     EXPECT_EQ(steps(10, "[a"), 11 * 3);
     EXPECT_EQ(steps(10, "%"), 11 * 2);
     EXPECT_EQ(steps(10, ""), 11);
+    EXPECT_EQ(steps(10, "[]]*"), 66 * 5);
+    EXPECT_EQ(steps(10, "[^]]*"), 66 * 6);
+    EXPECT_EQ(steps(10, "[%]]*"), 66 * 6);
+    EXPECT_EQ(steps(10, "[[]*"), 66 * 5);
+    EXPECT_EQ(steps(10, "[%"), 11 * 3);
+    EXPECT_EQ(steps(10, "[^"), 11 * 3);
+    EXPECT_EQ(steps(10, "%[a*"), 66 * 5);
+    EXPECT_EQ(steps(10, "%%[*]"), 11 * 6);
+    EXPECT_EQ(steps(10, "%f[%w]a*"), 66 * 9);
+    EXPECT_EQ(steps(10, "%f[]*]a*"), 66 * 9);
     EXPECT_EQ(steps(10, "%b()"), 11 * 5 * 11);
+    EXPECT_EQ(steps(10, "%b[]a*"), 66 * 7 * 11); // what stands behind "%b" begins no set
+    EXPECT_EQ(steps(10, "%b1[a*"), 66 * 7 * 11);
+    EXPECT_EQ(steps(10, "%b[[a*"), 66 * 7 * 11);
+    EXPECT_EQ(steps(10, "%b%[a*"), 66 * 7 * 11);
+    EXPECT_EQ(steps(10, "%b%%[a]*"), 66 * 9 * 11);
+    EXPECT_EQ(steps(10, "%b+*"), 11 * 5 * 11); // delimiters: no repetitions
+    EXPECT_EQ(steps(10, "%b"), 11 * 3 * 11);
+    EXPECT_EQ(steps(10, "%b["), 11 * 4 * 11);
+    EXPECT_EQ(steps(10, "(a)%1[*]"), 11 * 9 * 11);
     EXPECT_EQ(steps(10, "(a)%1"), 11 * 6 * 11);
     EXPECT_GT(steps(100000, ".-.-.-b"), 1e18);
 }

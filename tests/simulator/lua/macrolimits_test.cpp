@@ -251,7 +251,12 @@ TEST_F(MacroLimit, OfPatternsRefusesWhatCouldTakeForever)
          {"('a'):rep(1e5):find('.-.-.-b')", "('a'):rep(1e5):match('.-.-.-b')",
           "('a'):rep(1e5):gsub('.-.-.-b', '')", "('a'):rep(1e5):gmatch('.-.-.-b')",
           "('a'):rep(1e5):gmatch('^a*b')", "string.find(('a'):rep(1e5), 'a*a*a*b')",
-          "('a'):rep(300000):find(('a'):rep(150000) .. 'b', 1, true)", "('('):rep(1e5):match('%b()')"}) {
+          "('a'):rep(300000):find(('a'):rep(150000) .. 'b', 1, true)", "('('):rep(1e5):match('%b()')",
+          "('[]' .. ('a'):rep(300)):find('%b[].-.-.-.-.-X')",
+          "('1[' .. ('a'):rep(300)):find('%b1[.-.-.-.-.-X')", "('a'):rep(300):find('.-.-.-.-.-%b[')",
+          "('a'):rep(300):find('%f[]a].-.-.-.-X')", "('a'):rep(300):find('[]a].-.-.-.-X')",
+          "('a'):rep(300):find('[^]].-.-.-.-X')", "('a'):rep(300):find('[%]a].-.-.-.-X')",
+          "('a'):rep(300):find('.-.-.-.-.-%')", "('a'):rep(300):find('.-.-.-.-.-[a')"}) {
         const MacroResult result = run(text);
         EXPECT_EQ(result.outcome, MacroOutcome::Failed) << text;
         EXPECT_EQ(result.message.toStdString(), "the pattern is too costly for a text of this length")
