@@ -11,6 +11,8 @@ namespace {
 
 const QStringList internalBlocks = {QStringLiteral("LB"), QStringLiteral("LW"), QStringLiteral("RWI")};
 
+constexpr int largestIndex = 65535; // of an internal block
+
 const VariableDefinition *variableNamed(const Project &project, const QString &name)
 {
     for (const VariableDefinition &variable : project.variables)
@@ -57,12 +59,20 @@ bool takePrefix(QString &text, char sign, std::optional<int> &number)
     return isNumber;
 }
 
-std::optional<TypedRegister> parseInternal(const QString &text, const QString &block)
+std::optional<TypedRegister> parseInternal(const QString &text, const QString &name, const QString &block,
+                                           std::optional<MacroDataType> type, QString &error)
 {
     bool isNumber = false;
-    const int index = text.mid(block.size()).toInt(&isNumber);
-    if (!isNumber || index < 0)
+    const int index = name.mid(block.size()).toInt(&isNumber);
+    if (!isNumber || index < 0 || index > largestIndex) {
+        error = QStringLiteral("'%1': %2 registers are numbered from 0 to 65535").arg(text, block);
         return std::nullopt;
+    }
+    if (type && index + wordCountOf(*type) - 1 > largestIndex) {
+        error = QStringLiteral("'%1': its second word would be behind %2%3, the last of its block")
+                    .arg(text, block, QString::number(largestIndex));
+        return std::nullopt;
+    }
     const bool isBit = block == QLatin1String("LB");
     return TypedRegister{{QLatin1String(internalStorageName), block, index, -1, 0},
                          isBit ? MacroDataType::Bit : MacroDataType::Word};
@@ -125,10 +135,7 @@ std::optional<TypedRegister> parseRegister(const Project &project, const QString
         found = TypedRegister{{address.link, address.block, address.index, address.station, variable->extra},
                               static_cast<MacroDataType>(variable->dataType)};
     } else if (!internalBlock.isEmpty()) {
-        found = parseInternal(name, internalBlock);
-        if (!found)
-            error =
-                QStringLiteral("'%1': %2 registers are numbered from 0 to 65535").arg(text, internalBlock);
+        found = parseInternal(text, name, internalBlock, type, error);
     } else {
         found = parsePlc(project, name, error);
     }

@@ -1,6 +1,7 @@
 #include "simulator/lua/linkregisters.h"
 
 #include "simulator/comm/communication.h"
+#include "simulator/comm/internalstorage.h"
 #include "simulator/comm/modbusaddress.h"
 
 #include <cstring>
@@ -82,6 +83,8 @@ std::optional<CopiedRegisters::Layout> CopiedRegisters::layoutOf(const RegisterV
 {
     const QLatin1String name = blockOf(reg);
     if (reg.linkId == 0) {
+        if (!InternalStorage::hasBlock(name) || reg.index < 0 || reg.index > RegisterArea::size - wordCount)
+            return std::nullopt;
         const bool isBit = name == QLatin1String("LB");
         const ModbusTable table = isBit ? ModbusTable::Coils : ModbusTable::HoldingRegisters;
         return Layout{0, {{reg.station, table, reg.index, wordCount}, wordCount, false, 0}, name, true};

@@ -76,6 +76,14 @@ TEST(RegisterText, SaysWhatIsWrongWithOtherTexts)
     EXPECT_EQ(parsed("4x_bit7"), "'4x_bit7': 4x_bit registers are numbered WORD.BIT, from 1.0 to 65536.15");
     EXPECT_EQ(parsed("LWx"), "'LWx': LW registers are numbered from 0 to 65535");
     EXPECT_EQ(parsed("LW-1"), "'LW-1': LW registers are numbered from 0 to 65535");
+    EXPECT_EQ(parsed("LW65536"), "'LW65536': LW registers are numbered from 0 to 65535");
+    EXPECT_EQ(parsed("LB2147483647"), "'LB2147483647': LB registers are numbered from 0 to 65535");
+    EXPECT_EQ(parsed("LW2147483647:uint32"),
+              "'LW2147483647:uint32': LW registers are numbered from 0 to 65535");
+    EXPECT_EQ(parsed("LW65535:uint32"),
+              "'LW65535:uint32': its second word would be behind LW65535, the last of its block");
+    EXPECT_EQ(parsed("LW65534:uint32"), "Internal storage area -1 LW 65534 4");
+    EXPECT_EQ(parsed("LW65535:int16"), "Internal storage area -1 LW 65535 2");
     EXPECT_EQ(parsed("x/4x1"), "'x/4x1': a number is expected before \"/\" and \"#\"");
     EXPECT_EQ(parsed("4x1:string"), "'4x1:string': there is no type 'string'");
     EXPECT_EQ(parsed("%1:%2"), "'%1:%2': there is no type '%2'");

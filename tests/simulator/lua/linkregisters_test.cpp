@@ -171,6 +171,34 @@ TEST_F(LinkRegistersTest, CopiedCanBePresetEvenWhereNothingCanBeWritten)
     EXPECT_EQ(registers.preset(at("PLC9", "3x", 5), {{99, 0}, 1}), QStringLiteral("there is no such link"));
 }
 
+TEST_F(LinkRegistersTest, CopiedRefuseToPresetWhatLiesOutsideOfTheInternalStorage)
+{
+    CopiedRegisters registers(*comm);
+    const struct
+    {
+        const char *block;
+        int index, wordCount;
+        const char *failure;
+    } rows[] = {
+        {"LW", 65535, 1, ""},
+        {"LW", 65534, 2, ""},
+        {"LB", 65535, 1, ""},
+        {"LW", 65536, 1, "there is no such register"},
+        {"LW", 65535, 2, "there is no such register"},
+        {"LB", 65536, 1, "there is no such register"},
+        {"RWI", -1, 1, "there is no such register"},
+        {"LW", 2147483647, 1, "there is no such register"},
+        {"LW", 2147483647, 2, "there is no such register"},
+        {"LX", 0, 1, "there is no such register"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(
+            registers.preset(at("Internal storage area", row.block, row.index, -1), {{7, 8}, row.wordCount})
+                .toStdString(),
+            row.failure)
+            << row.block << row.index;
+}
+
 TEST_F(LinkRegistersTest, CopiedKnowTheBitsOfAWord)
 {
     setWords(1, Table::HoldingRegisters, 10, {0x00F0});
