@@ -504,6 +504,10 @@
         <translation>运行%1毫秒后被停止</translation>
     </message>
     <message>
+        <source>stopped: the record of its accesses needs more than %1 KiB</source>
+        <translation>已停止：其访问记录超过%1 KiB</translation>
+    </message>
+    <message>
         <source>stopped: it needs more than %1 KiB of memory</source>
         <translation>已停止：所需内存超过%1 KiB</translation>
     </message>

@@ -2,6 +2,7 @@
 
 #include "macro/helpmacrolua.h"
 #include "simulator/lua/luarun.h"
+#include "simulator/project/project.h"
 
 #include <limits>
 
@@ -10,6 +11,11 @@ namespace panelkit::simulator {
 namespace {
 
 constexpr qint64 instructionsAnAccess = 50;
+
+// In bytes of UTF-8, which are three of a character of UTF-16 at most and two of one of Latin-1. A longer
+// name is none of any project's.
+constexpr std::size_t longestLink = 3 * longestLinkName;
+constexpr std::size_t longestBlock = 2 * longestBlockName;
 
 // The arguments of a call as Lua holds them: nothing of Qt's may be alive while Lua can raise an error.
 struct Arguments
@@ -36,6 +42,8 @@ Arguments checkArguments(lua_State *state, int typeArgument)
     Arguments arguments = {};
     arguments.link = luaL_checklstring(state, 1, &arguments.linkLength);
     arguments.block = luaL_checklstring(state, 2, &arguments.blockLength);
+    luaL_argcheck(state, arguments.linkLength <= longestLink, 1, "the name of the link is too long");
+    luaL_argcheck(state, arguments.blockLength <= longestBlock, 2, "the name of the block is too long");
     arguments.index = checkInt(state, 3);
     arguments.station = checkInt(state, 4);
     arguments.extra = checkInt(state, 5);

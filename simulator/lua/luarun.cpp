@@ -69,6 +69,13 @@ int takeLine(QByteArray &message, const QByteArray &name)
     return line;
 }
 
+// Of an access in the record, with what three texts take besides their characters.
+std::size_t sizeOf(const MacroAccess &access)
+{
+    const auto characters = access.address.link.size() + access.address.block.size() + access.failure.size();
+    return sizeof(MacroAccess) + 96 + static_cast<std::size_t>(characters) * sizeof(QChar);
+}
+
 QString described(const MacroAccess &access)
 {
     const MacroAddress &address = access.address;
@@ -101,7 +108,10 @@ MacroResult LuaRun::run(const QString &name, const QString &text)
     } else {
         execute();
     }
-    const QString limit = limitMessage(m_result.outcome, m_limits);
+    const QString limit = isRecordFull() && m_result.outcome == MacroOutcome::TooMuchMemory
+                              ? MacroText::tr("stopped: the record of its accesses needs more than %1 KiB")
+                                    .arg(m_limits.record / 1024)
+                              : limitMessage(m_result.outcome, m_limits);
     // As a string of C++: Qt 5 takes a byte array only up to a zero, which a macro's own message may hold.
     m_result.message = limit.isEmpty() ? QString::fromStdString(m_message.toStdString()) : limit;
     return std::move(m_result);
@@ -180,7 +190,7 @@ void LuaRun::charge(lua_State *state, qint64 instructions)
 {
     m_instructions += qMin(instructions, m_limits.instructions + 1);
     const qint64 all = m_instructions + m_memory.bytesAskedFor() / bytesAnInstruction;
-    if (m_memory.isExhausted())
+    if (m_memory.isExhausted() || isRecordFull())
         stop(state, MacroOutcome::TooMuchMemory);
     if (all > m_limits.instructions)
         stop(state, MacroOutcome::TooManyInstructions);
@@ -224,6 +234,7 @@ bool LuaRun::perform(MacroAccess access)
         if (!access.value)
             access.failure = MacroText::tr("it holds no BCD number");
     }
+    m_recordSize += sizeOf(access);
     m_failure = access.failure.isEmpty() ? QByteArray() : described(access).toUtf8();
     m_result.accesses.push_back(std::move(access));
     return m_failure.isEmpty();

@@ -50,6 +50,7 @@ public:
 
 private:
     void execute();
+    bool isRecordFull() const { return m_recordSize > m_limits.record; }
 
     // Fills the result; `hasError` when there is an error on top of the stack. A null state has no line.
     void end(lua_State *state, MacroOutcome outcome, bool hasError);
@@ -72,7 +73,8 @@ private:
     qint64 m_instructions = 0; // charged; those for memory come on top
     qint64 m_nextTimeCheck = 0;
     std::chrono::steady_clock::time_point m_deadline;
-    int m_printed = 0; // bytes
+    int m_printed = 0;            // bytes
+    std::size_t m_recordSize = 0; // of the accesses
 };
 
 } // namespace panelkit::simulator

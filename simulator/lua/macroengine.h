@@ -8,9 +8,9 @@
 
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <optional>
-#include <vector>
 
 class UExternalFuncCallEvent;
 
@@ -27,6 +27,11 @@ struct MacroLimits
     std::chrono::milliseconds time{5000};
 
     std::size_t memory = 4UL * 1024 * 1024; // bytes, all of Lua's own included
+
+    // Bytes of the record of the accesses, which is not Lua's: of each, also of one that failed, the size of
+    // a MacroAccess, two for each character of its texts and 96 besides. That is some 300 an access, with
+    // which `instructions` end a run first, and 1000 at most. A run that passes this ends for want of memory.
+    std::size_t record = 32UL * 1024 * 1024;
 
     // A pattern function refuses a subject and a pattern that may take more steps than this, by an error of
     // the macro's that it can catch. `patternSteps` in luasandbox.h says how they are counted.
@@ -63,8 +68,8 @@ struct MacroResult
 {
     MacroOutcome outcome = MacroOutcome::Done;
     int line = 0; // where it ended, of the macro's text, from 1; 0 when it is done or the line is not known
-    QString message;                   // why, in one line or more; empty when it is done
-    std::vector<MacroAccess> accesses; // in the order of the calls
+    QString message;                  // why, in one line or more; empty when it is done
+    std::deque<MacroAccess> accesses; // in the order of the calls
 
     bool isDone() const { return outcome == MacroOutcome::Done; }
 };
@@ -77,7 +82,8 @@ struct MacroResult
 //   getdata(link, block, index, station, extra, type)          a number; bits are 0 and 1
 //   setdata(link, block, index, station, extra, value, type)   a number or a boolean
 // and the types DATA_TYPE_BIT to DATA_TYPE_DF. Both raise an error when the register cannot be reached, when
-// its words are no BCD number, or when the value is not a number.
+// its words are no BCD number, when the value is not a number, or when a name is longer than a project's can
+// be (192 bytes of a link's and 64 of a block's), which is written down nowhere.
 //
 // A limit ends the run where it stands: nothing of the macro runs after that, no handler of an error, no
 // closing of variables, no coroutine.

@@ -15,6 +15,10 @@ namespace panelkit::simulator {
 // The link of the panel's own memory. It has the number 0 and is part of every project without being listed.
 inline constexpr char internalStorageName[] = "Internal storage area";
 
+// Characters of UTF-16; those of a block are Latin-1.
+inline constexpr int longestLinkName = 64;
+inline constexpr int longestBlockName = 32;
+
 enum class Parity
 {
     None = 0,

@@ -23,10 +23,10 @@ constexpr int mostDigits = 32;
 
 // Names of links, blocks and variables stand in lists separated by commas and in Lua texts.
 constexpr TextRule titleRule = {64, "", false, false, "1 to 64 characters without blanks at the ends"};
-constexpr TextRule linkNameRule = {64, ",\"\\", false, false,
+constexpr TextRule linkNameRule = {longestLinkName, ",\"\\", false, false,
                                    "1 to 64 characters without , \" \\ and without blanks at the ends"};
 constexpr TextRule blockRule = {
-    32, ",\"\\/#", true, false,
+    longestBlockName, ",\"\\/#", true, false,
     "1 to 32 Latin-1 characters without , \" \\ / # and without blanks at the ends"};
 constexpr TextRule variableNameRule = {64, ",=;", false, false,
                                        "1 to 64 characters without , = ; and without blanks at the ends"};

@@ -140,6 +140,52 @@ TEST_F(MacroLimit, BoundsTheNumberOfAccesses)
     EXPECT_GT(result.accesses.size(), 200'000U / 100);
 }
 
+TEST_F(MacroLimit, BoundsTheNamesThatAnAccessMayCarry)
+{
+    const std::string link = "('x'):rep(193)"; // 64 characters of three bytes
+    const std::string block = "('x'):rep(65)"; // 32 of two
+    EXPECT_EQ(messageOf(("getdata(" + link + ", 'D', 0, 1, 0, DATA_TYPE_WUB)").c_str()),
+              "bad argument #1 to 'getdata' (the name of the link is too long)");
+    EXPECT_EQ(messageOf(("setdata('L1', " + block + ", 0, 1, 0, 7, DATA_TYPE_WUB)").c_str()),
+              "bad argument #2 to 'setdata' (the name of the block is too long)");
+    EXPECT_EQ(messageOf("getdata({}, ('x'):rep(65), 0, 1, 0, DATA_TYPE_WUB)"),
+              "bad argument #1 to 'getdata' (string expected, got table)");
+    const MacroResult result = run("local s = ('x'):rep(400000)\n"
+                                   "for i = 1, 100 do pcall(getdata, s, 'D', 0, 1, 0, DATA_TYPE_WUB) end");
+    EXPECT_EQ(result.outcome, MacroOutcome::Done);
+    EXPECT_TRUE(result.accesses.empty());
+    EXPECT_TRUE(registers.calls.isEmpty());
+    EXPECT_EQ(outcomeOf("assert(getdata(('水'):rep(64), ('ü'):rep(32), 0, 1, 0, DATA_TYPE_WUB) == 0)"),
+              MacroOutcome::Done);
+}
+
+TEST_F(MacroLimit, BoundsTheRecordOfTheAccesses)
+{
+    limits.record = 100 * 1024;
+    for (const char *text :
+         {"while true do getdata('L1', 'D', 0, 1, 0, DATA_TYPE_WUB) end",
+          "while true do setdata('L1', 'D', 0, 1, 0, 7, DATA_TYPE_WUB) end",
+          "while true do pcall(getdata, 'away', ('x'):rep(64), 0, 1, 0, DATA_TYPE_WUB) end"}) {
+        const MacroResult result = run(text);
+        EXPECT_EQ(result.outcome, MacroOutcome::TooMuchMemory) << text;
+        EXPECT_EQ(result.line, 1) << text;
+        EXPECT_EQ(result.message.toStdString(), "stopped: the record of its accesses needs more than 100 KiB")
+            << text;
+        EXPECT_LE(result.accesses.size(), 100 * 1024 / (sizeof(MacroAccess) + 96)) << text;
+        EXPECT_GE(result.accesses.size(), 100 * 1024 / (sizeof(MacroAccess) + 400)) << text;
+    }
+    EXPECT_EQ(messageOf("local s = ('x'):rep(1e9)"), "stopped: it needs more than 1024 KiB of memory");
+}
+
+TEST_F(MacroLimit, OfTheRecordLetsAMacroFillABlockOfTheInternalStorage)
+{
+    limits = MacroLimits();
+    const MacroResult result =
+        run("for i = 0, 65535 do setdata('Internal storage area', 'LW', i, -1, 0, 7, DATA_TYPE_WUB) end");
+    EXPECT_EQ(result.message.toStdString(), "");
+    EXPECT_EQ(result.accesses.size(), 65536U);
+}
+
 TEST_F(MacroLimit, OfTimeIsLookedAtEvery16Instructions)
 {
     int looks = 0;
