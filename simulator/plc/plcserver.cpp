@@ -33,6 +33,9 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t maximumClients = 64;
 
+// Answers that may wait for a client; one that has so many is not listened to until it takes some.
+constexpr std::size_t enoughAnswers = 16;
+
 struct PendingAnswer
 {
     ModbusFrame bytes;
@@ -47,6 +50,14 @@ struct Client
     std::deque<PendingAnswer> answers = {};
     bool isClosed = false;
 };
+
+// What to wait for on a client's socket. Of one that is not listened to, only that it goes away.
+short eventsOf(const Client &client, Clock::time_point now)
+{
+    const bool isBlocked = !client.answers.empty() && client.answers.front().due <= now;
+    const int incoming = client.answers.size() < enoughAnswers ? POLLIN : POLLRDHUP;
+    return static_cast<short>(isBlocked ? incoming | POLLOUT : incoming);
+}
 
 int wordAt(const ModbusFrame &frame, std::size_t at)
 {
@@ -172,11 +183,8 @@ void PlcServer::Private::run()
     while (followPresence()) {
         std::vector<pollfd> watched = {{wakeUp.number(), POLLIN, 0}, {listener.number(), POLLIN, 0}};
         const Clock::time_point now = Clock::now();
-        for (const Client &client : clients) {
-            const bool blocked = !client.answers.empty() && client.answers.front().due <= now;
-            watched.push_back(
-                {client.socket.number(), static_cast<short>(blocked ? POLLIN | POLLOUT : POLLIN), 0});
-        }
+        for (const Client &client : clients)
+            watched.push_back({client.socket.number(), eventsOf(client, now), 0});
         if (::poll(watched.data(), watched.size(), pollTimeout(now)) < 0)
             continue;
 
@@ -185,7 +193,10 @@ void PlcServer::Private::run()
             continue;
         std::size_t position = 2;
         for (Client &client : clients) {
-            if (watched[position++].revents & (POLLIN | POLLHUP | POLLERR))
+            const short events = watched[position++].revents;
+            if (events & POLLRDHUP)
+                client.isClosed = true;
+            else if (events & (POLLIN | POLLHUP | POLLERR))
                 receive(client);
             deliver(client, Clock::now());
         }

@@ -25,7 +25,8 @@ struct PlcRequest
 
 // Serves the units of a memory from construction to destruction, in a thread of its own, to up to 64 clients
 // at once. A unit that the memory does not have is not answered, as a gateway keeps silent for a station that
-// is not there. Every operation may be called from any thread.
+// is not there. A client that does not take its answers is not listened to while 16 or more of them wait.
+// Every operation may be called from any thread.
 class PlcServer final
 {
 public:

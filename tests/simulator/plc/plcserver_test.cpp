@@ -20,6 +20,14 @@ constexpr auto eventually = 60s;
 const Bytes readOne = {0, 7, 0, 0, 0, 6, 1, 3, 0, 0, 0, 1};
 const Bytes answerOne = {0, 7, 0, 0, 0, 5, 1, 3, 2, 0x12, 0x34};
 
+Bytes repeated(const Bytes &bytes, int times)
+{
+    Bytes all;
+    for (int i = 0; i < times; ++i)
+        all.insert(all.end(), bytes.begin(), bytes.end());
+    return all;
+}
+
 class PlcServerTest : public ::testing::Test
 {
 protected:
@@ -210,6 +218,40 @@ TEST_F(PlcServerTest, HoldsNobodyElseUpWhileItIsLate)
     ASSERT_TRUE(server.waitUntil([](const PlcCounters &c) { return c.faultyAnswers == 1; }, eventually));
     EXPECT_EQ(other.ask(readOne, 11), answerOne);
     EXPECT_TRUE(patient.isQuiet());
+}
+
+TEST_F(PlcServerTest, DoesNotListenToAClientForWhomManyAnswersWait)
+{
+    PlcFaultSetting late;
+    late.fault = PlcFault::Late;
+    late.unit = 2;
+    late.delay = 1h;
+    server.setFault(late);
+    PlcClient other(server.port());
+    {
+        PlcClient flooding(server.port());
+        flooding.send(repeated({0, 7, 0, 0, 0, 6, 2, 3, 0, 0, 0, 1}, 1000));
+        const auto isFull = [](const PlcCounters &c) {
+            return c.requestCount(2) >= 16;
+        };
+        ASSERT_TRUE(server.waitUntil(isFull, eventually));
+        // In each turn in which it serves one client, it would take 21 requests of the other.
+        for (int i = 0; i < 100; ++i)
+            ASSERT_EQ(other.ask(readOne, 11), answerOne);
+        EXPECT_LE(server.counters().requestCount(2), 16U + 21U);
+    }
+    EXPECT_TRUE(server.waitUntil([](const PlcCounters &c) { return c.openConnections == 1; }, eventually));
+}
+
+TEST_F(PlcServerTest, AnswersAllThatAClientHasAskedBeforeItTakesTheFirst)
+{
+    PlcFaultSetting late;
+    late.fault = PlcFault::Late;
+    late.delay = 20ms;
+    server.setFault(late);
+    PlcClient client(server.port());
+    client.send(repeated(readOne, 100));
+    EXPECT_EQ(client.receive(100 * answerOne.size()), repeated(answerOne, 100));
 }
 
 TEST_F(PlcServerTest, CutsAnAnswerOff)
