@@ -3,6 +3,8 @@
 #include <QByteArray>
 
 #include <memory>
+#include <string_view>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -17,6 +19,8 @@ struct object
     QByteArray name;
     object *next = nullptr;
     std::vector<std::unique_ptr<property>> properties;
+    std::unordered_map<std::string_view, property *>
+        propertiesByName; // by their own names: none is kept twice
     std::vector<std::unique_ptr<object>> children;
 };
 
@@ -28,10 +32,8 @@ property *find(const object *node, const char *name)
 {
     if (node == nullptr || name == nullptr)
         return nullptr;
-    for (const auto &candidate : node->properties)
-        if (candidate->name == name)
-            return candidate.get();
-    return nullptr;
+    const auto found = node->propertiesByName.find(name);
+    return found == node->propertiesByName.end() ? nullptr : found->second;
 }
 
 property *ensure(object *node, const QString &name)
@@ -40,8 +42,10 @@ property *ensure(object *node, const QString &name)
     if (property *existing = find(node, key.constData()))
         return existing;
     node->properties.push_back(std::make_unique<property>());
-    node->properties.back()->name = key;
-    return node->properties.back().get();
+    property *added = node->properties.back().get();
+    added->name = key;
+    node->propertiesByName.emplace(added->name.constData(), added);
+    return added;
 }
 
 } // namespace

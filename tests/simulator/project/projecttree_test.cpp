@@ -164,3 +164,22 @@ TEST(ProjectTree, AgreesWithLinkRecordsAndLinksJson)
         }
     }
 }
+
+// So many take no time worth mentioning, as long as none is looked for among all of them.
+TEST(ProjectTree, HoldsAHundredThousandVariables)
+{
+    constexpr int count = 100'000;
+    Project project = readValid();
+    project.variables.assign(count, project.variables.at(0));
+    for (int i = 0; i < count; ++i)
+        project.variables[static_cast<std::size_t>(i)].name = QStringLiteral("v%1").arg(i);
+    const ProjectTree tree(project);
+    object *list = object_get_child(tree.root(), "macroVarList");
+    EXPECT_EQ(number(list, "number"), count);
+    int found = 0;
+    for (int i = 0; i < count; ++i) {
+        const QByteArray name = "var" + QByteArray::number(i);
+        found += text(list, name.constData()).startsWith(QStringLiteral("v%1,").arg(i)) ? 1 : 0;
+    }
+    EXPECT_EQ(found, count);
+}
