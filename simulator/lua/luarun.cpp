@@ -13,8 +13,9 @@ namespace {
 constexpr qint64 bytesAnInstruction = 256;
 constexpr qint64 instructionsATimeCheck = 16;
 constexpr int garbagePause =
-    125;                        // percent of what is in use; not all of Lua waits for it when memory is short
-constexpr int longestName = 50; // bytes; Lua cuts behind 59, also within a character
+    125; // percent of what is in use; not all of Lua waits for it when memory is short
+constexpr int levelsForALine = 100; // Lua counts down to each anew, and every access asks
+constexpr int longestName = 50;     // bytes; Lua cuts behind 59, also within a character
 
 struct MacroText
 {
@@ -204,7 +205,7 @@ void LuaRun::charge(lua_State *state, qint64 instructions)
 int LuaRun::currentLine(lua_State *state) const
 {
     lua_Debug frame;
-    for (int level = 0; lua_getstack(state, level, &frame) != 0; ++level) {
+    for (int level = 0; level < levelsForALine && lua_getstack(state, level, &frame) != 0; ++level) {
         lua_getinfo(state, "Sl", &frame);
         if (frame.currentline > 0 && std::strcmp(frame.source, m_chunkName.constData()) == 0)
             return frame.currentline;

@@ -37,7 +37,8 @@ public:
     // Counts work, and ends the run when a bound is reached.
     void charge(lua_State *state, qint64 instructions);
 
-    // The line of the macro's text that is being run; 0 when none is.
+    // The line of the macro's text that is being run; 0 when none is, or when a hundred calls in texts that
+    // it has loaded lie above it.
     int currentLine(lua_State *state) const;
 
     // Does what `access` says, adds to it what came of that, and writes it down. False when it failed;

@@ -54,7 +54,7 @@ enum class MacroOutcome
 // One call of getdata or setdata that named a register.
 struct MacroAccess
 {
-    int line = 0; // of the macro's text, from 1; 0 where it is not known
+    int line = 0; // of the macro's text, from 1; 0 where it is not known, as deep inside of a loaded text
     bool isWrite = false;
     MacroAddress address;
     MacroDataType type = MacroDataType::Bit;

@@ -239,6 +239,23 @@ TEST_F(MacroEngineTest, TellsTheAuthorsLineOfAnError)
     }
 }
 
+TEST_F(MacroEngineTest, LooksForTheLineOfAnAccessInAHundredCalls)
+{
+    const auto lineAtDepth = [this](int depth) {
+        const MacroResult result =
+            run(QStringLiteral("local f = load([[local g, n = ...\n"
+                               "if n == 0 then return getdata('L1', 'D', 0, 1, 0, DATA_TYPE_WUB) end\n"
+                               "return 1 + g(g, n - 1)]], '=part')\n\nf(f, %1)")
+                    .arg(depth));
+        EXPECT_EQ(result.accesses.size(), 1U) << qPrintable(result.message);
+        return result.accesses.empty() ? -1 : result.accesses[0].line;
+    };
+    EXPECT_EQ(lineAtDepth(0), 5);
+    EXPECT_EQ(lineAtDepth(97), 5); // below 98 calls of the loaded text, and that of getdata
+    EXPECT_EQ(lineAtDepth(98), 0);
+    EXPECT_EQ(lineAtDepth(5000), 0);
+}
+
 TEST_F(MacroEngineTest, KeepsAZeroInAnErrorsText)
 {
     EXPECT_EQ(messageOf("error('\\0boom')"), std::string("\0boom", 5));
