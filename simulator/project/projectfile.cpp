@@ -344,7 +344,7 @@ std::optional<Project> readProject(const QByteArray &json, ProjectError &error)
     return project;
 }
 
-std::optional<Project> readProjectFile(const QString &path, ProjectError &error)
+std::optional<QByteArray> readProjectBytes(const QString &path, ProjectError &error)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -356,7 +356,13 @@ std::optional<Project> readProjectFile(const QString &path, ProjectError &error)
         error = {path, QStringLiteral("more than 16 MiB"), QStringLiteral("a project file")};
         return std::nullopt;
     }
-    return readProject(json, error);
+    return json;
+}
+
+std::optional<Project> readProjectFile(const QString &path, ProjectError &error)
+{
+    const std::optional<QByteArray> json = readProjectBytes(path, error);
+    return json ? readProject(*json, error) : std::nullopt;
 }
 
 } // namespace panelkit::simulator

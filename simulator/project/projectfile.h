@@ -26,7 +26,10 @@ struct ProjectError
 // refused: `error` then says why, and nothing of the file counts. On success `error` is left alone.
 std::optional<Project> readProject(const QByteArray &json, ProjectError &error);
 
-// The same for a file by its path, of 16 MiB at most.
+// The bytes of a file by its path, of 16 MiB at most, as they are.
+std::optional<QByteArray> readProjectBytes(const QString &path, ProjectError &error);
+
+// The project of such a file.
 std::optional<Project> readProjectFile(const QString &path, ProjectError &error);
 
 } // namespace panelkit::simulator

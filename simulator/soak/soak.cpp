@@ -2,6 +2,7 @@
 
 #include "simulator/host/session.h"
 #include "simulator/platform/eventlibrary.h"
+#include "simulator/project/projectfile.h"
 #include "simulator/sample/sample.h"
 #include "simulator/soak/chance.h"
 #include "simulator/soak/checkroad.h"
@@ -18,8 +19,8 @@
 #include "simulator/soak/widgetsroad.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
-#include <QFile>
 #include <QPixmapCache>
 #include <QTemporaryDir>
 
@@ -36,11 +37,11 @@ std::optional<QByteArray> projectBytes(const QString &path, QString &error)
 {
     if (path.isEmpty())
         return sampleProject();
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly))
-        return file.readAll();
-    error = QStringLiteral("%1: %2").arg(path, file.errorString());
-    return std::nullopt;
+    ProjectError fault;
+    auto file = readProjectBytes(path, fault);
+    if (!file)
+        error = fault.text();
+    return file;
 }
 
 } // namespace
@@ -144,7 +145,9 @@ std::unique_ptr<Soak> Soak::open(const SoakOptions &options, QString &error)
     Parts &parts = *soak->m_parts;
     parts.projectFile = parts.root.filePath(QStringLiteral("soak.json"));
     if (!parts.root.isValid() || !replaceFile(parts.projectFile, project->file)) {
-        error = QStringLiteral("no temporary folder can be written (%1)").arg(parts.root.errorString());
+        error = QStringLiteral("no temporary folder can be written in %1 (%2): name another place in the "
+                               "environment variable TMPDIR")
+                    .arg(qEnvironmentVariable("TMPDIR", QDir::tempPath()), parts.root.errorString());
         return nullptr;
     }
     if (!parts.drivers.load(error))

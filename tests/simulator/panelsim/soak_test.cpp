@@ -46,7 +46,10 @@ TEST(Soak, NamesAProjectThatItCannotUse)
 {
     const ProgramRun missing = soak({"/nowhere/project.json"});
     EXPECT_EQ(missing.exitCode, 1);
-    EXPECT_EQ(missing.err, QStringLiteral("panelsim: /nowhere/project.json: No such file or directory\n"));
+    EXPECT_EQ(
+        missing.err,
+        QStringLiteral(
+            "panelsim: /nowhere/project.json: found No such file or directory, expected a project file\n"));
 
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("project.json"));

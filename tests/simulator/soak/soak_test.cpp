@@ -1,5 +1,9 @@
 #include "simulator/soak/soak.h"
 
+#include "simulator/sample/sample.h"
+
+#include <QTemporaryFile>
+
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -87,5 +91,30 @@ TEST(SoakOfTheSample, DoesNotOpenWithoutItsProject)
 {
     QString error;
     EXPECT_FALSE(Soak::open({QStringLiteral("/nowhere/project.json"), 1}, error));
-    EXPECT_EQ(error.toStdString(), "/nowhere/project.json: No such file or directory");
+    EXPECT_EQ(error.toStdString(),
+              "/nowhere/project.json: found No such file or directory, expected a project file");
+}
+
+TEST(SoakOfTheSample, RefusesAProjectBeyond16MiB)
+{
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    const QByteArray project = sampleProject();
+    file.write(project + QByteArray(16 * 1024 * 1024 + 1 - static_cast<int>(project.size()), ' '));
+    file.flush();
+    QString error;
+    EXPECT_FALSE(Soak::open({file.fileName(), 1}, error));
+    EXPECT_EQ(error.toStdString(),
+              file.fileName().toStdString() + ": found more than 16 MiB, expected a project file");
+}
+
+TEST(SoakOfTheSample, SaysWhereItNeedsATemporaryFolder)
+{
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/dev/null");
+    QString error;
+    EXPECT_FALSE(Soak::open({QString(), 1}, error));
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    EXPECT_EQ(error.toStdString(), "no temporary folder can be written in /dev/null (Not a directory): "
+                                   "name another place in the environment variable TMPDIR");
 }
