@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <clocale>
 #include <cstdlib>
 #include <cstring>
 
@@ -44,18 +45,7 @@ void useNoDisplay()
     }
 }
 
-} // namespace
-
-bool hasDisplay()
-{
-    // Asked before the platform is chosen for want of one.
-    static const bool has = !qEnvironmentVariableIsEmpty("DISPLAY") ||
-                            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-                            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-    return has;
-}
-
-std::unique_ptr<QCoreApplication> makeApplication(Application kind, int &argc, char **argv)
+std::unique_ptr<QCoreApplication> makeToolkit(Application kind, int &argc, char **argv)
 {
     std::unique_ptr<QCoreApplication> application;
     switch (kind) {
@@ -79,9 +69,30 @@ std::unique_ptr<QCoreApplication> makeApplication(Application kind, int &argc, c
         qInstallMessageHandler(before);
         break;
     }
+    return application;
+}
+
+} // namespace
+
+bool hasDisplay()
+{
+    // Asked before the platform is chosen for want of one.
+    static const bool has = !qEnvironmentVariableIsEmpty("DISPLAY") ||
+                            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+                            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    return has;
+}
+
+std::unique_ptr<QCoreApplication> makeApplication(Application kind, int &argc, char **argv)
+{
+    std::unique_ptr<QCoreApplication> application = makeToolkit(kind, argc, argv);
+    // The toolkit takes the user's locale over, in which numbers may have a comma: Lua and the C library
+    // would write and expect it, too.
+    std::setlocale(LC_NUMERIC, "C");
     // Where this machine lacks the panel's font, one that like it has letters half as wide as Chinese
     // characters.
-    QFont::insertSubstitution(QStringLiteral("SimSun"), QStringLiteral("WenQuanYi Micro Hei Mono"));
+    if (kind != Application::Console)
+        QFont::insertSubstitution(QStringLiteral("SimSun"), QStringLiteral("WenQuanYi Micro Hei Mono"));
     return application;
 }
 
