@@ -14,8 +14,8 @@ constexpr qint64 instructionsAnAccess = 50;
 
 // In bytes of UTF-8, which are three of a character of UTF-16 at most and two of one of Latin-1. A longer
 // name is none of any project's.
-constexpr std::size_t longestLink = 3 * longestLinkName;
-constexpr std::size_t longestBlock = 2 * longestBlockName;
+constexpr std::size_t longestLink = std::size_t(3) * longestLinkName;
+constexpr std::size_t longestBlock = std::size_t(2) * longestBlockName;
 
 // The arguments of a call as Lua holds them: nothing of Qt's may be alive while Lua can raise an error.
 struct Arguments

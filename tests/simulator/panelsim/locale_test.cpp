@@ -40,7 +40,7 @@ protected:
     static std::string decimalPointOfTheUser()
     {
         const bool isKnown = std::setlocale(LC_ALL, "") != nullptr;
-        const std::string point = isKnown ? std::localeconv()->decimal_point : "no such locale";
+        std::string point = isKnown ? std::localeconv()->decimal_point : "no such locale";
         std::setlocale(LC_ALL, "C");
         return point;
     }
