@@ -32,6 +32,7 @@ class CsvExport : public ::testing::Test
 {
 protected:
     CsvExport() { panelkit::simulator::clearRecordedCommands(); }
+    ~CsvExport() override { panelkit::simulator::setSystemBaseObserver({}); }
 
     QString path(const char *name) const { return m_folder.filePath(text(name)); }
 
@@ -75,6 +76,16 @@ TEST_F(CsvExport, WritesHeaderLinesAndRowsInGbk)
                                          "\n"
                                          "\n"));
     EXPECT_EQ(commands(), synced);
+}
+
+TEST_F(CsvExport, SyncsWhenTheWholeFileIsWritten)
+{
+    const QString file = path("table.csv");
+    QList<QByteArray> seen;
+    panelkit::simulator::setSystemBaseObserver(
+        [&](const QByteArray &line) { seen << line << contents(file); });
+    tools_exportToCsv(texts({"温度"}), {texts({"1", "x"})}, file, 0);
+    EXPECT_EQ(seen, (QList<QByteArray>{"sys_base_do_system sync", "\xCE\xC2\xB6\xC8\n1,x\n"}));
 }
 
 TEST_F(CsvExport, WritesCellsRawSoThatACommaMakesAColumnMore)

@@ -29,6 +29,7 @@ class PdfExport : public ::testing::Test
 {
 protected:
     PdfExport() { panelkit::simulator::clearRecordedCommands(); }
+    ~PdfExport() override { panelkit::simulator::setSystemBaseObserver({}); }
 
     // One column, so many lines, the first of them the header.
     PdfFile ofLines(int count)
@@ -219,6 +220,19 @@ TEST_F(PdfExport, LooksLikeLinesOfText)
     }
     EXPECT_EQ(inkIn(0, margin + 80 - 24), 0);
     EXPECT_EQ(inkIn(margin + 80 + 40 * 4 + 6, page.height()), 0);
+}
+
+TEST_F(PdfExport, SyncsWhenTheWholeFileIsWritten)
+{
+    const QString pdf = path("table.pdf");
+    QList<QByteArray> seen;
+    panelkit::simulator::setSystemBaseObserver([&](const QByteArray &line) {
+        QFile file(pdf);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        seen << line << file.readAll().trimmed().right(5);
+    });
+    tools_exportToPdf({text("a,b")}, {{text("1"), text("2")}}, pdf);
+    EXPECT_EQ(seen, (QList<QByteArray>{"sys_base_do_system sync", "%%EOF"}));
 }
 
 TEST_F(PdfExport, SyncsWhereTheFileCannotBeWritten)
