@@ -99,7 +99,7 @@ const QChar *EncodedWriter::writeEncoded(const QChar *from, const QChar *end)
     const QChar text[] = {from[0], isPair ? from[1] : QChar(QLatin1Char('\n')), QLatin1Char('\n')};
     QByteArray bytes = m_encoder.fromUnicode(text, isPair ? 3 : 2);
     bytes.chop(1);
-    if (!from->isSurrogate())
+    if (!from->isHighSurrogate() && !from->isLowSurrogate())
         m_table[from->unicode()] = tableEntry(bytes);
     for (const char byte : bytes)
         write(byte);

@@ -34,7 +34,7 @@ QString toString(Span span)
 
 void append(QString &out, Span span)
 {
-    out.append(span.begin, static_cast<StringSize>(lengthOf(span)));
+    out.insert(out.size(), span.begin, static_cast<StringSize>(lengthOf(span)));
 }
 
 Span spanOf(const QString &text)
