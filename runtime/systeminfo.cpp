@@ -81,7 +81,7 @@ bool tools_deleteDir(const QString &path)
         QDir::Files | QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QFileInfo &entry : entries) {
         if (entry.isFile())
-            entry.dir().remove(entry.fileName());
+            QFile::remove(entry.absoluteFilePath());
         else if (!entry.isSymLink())
             tools_deleteDir(entry.absoluteFilePath());
     }

@@ -57,9 +57,9 @@ PANELKIT_EXPORT float tools_get_cpu_info(cpu_info &info);
 PANELKIT_EXPORT quint32 tools_get_dev_mem();
 
 // Removes the files of the directory `path` and of all directories below it. Directories stay, empty, and so
-// do hidden entries, whatever a link to a directory points to, and what may not be removed. Of a link to a
-// file the link is removed, the file stays. False only for an empty path; a path that is no directory is left
-// alone.
+// do hidden entries and what may not be removed. A link to a directory below `path` stays and is not
+// followed; a `path` that is itself such a link is. Of a link to a file the link is removed, the file stays.
+// False only for an empty path; a path that is no directory is left alone.
 PANELKIT_EXPORT bool tools_deleteDir(const QString &path);
 
 // By the model in the device configuration file: whether the panel runs the IoT runtime (the model holds "W"

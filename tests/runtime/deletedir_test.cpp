@@ -112,6 +112,24 @@ TEST_F(DeleteDir, NeitherFollowsNorRemovesLinksToFolders)
     EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("tree/file"))));
 }
 
+TEST_F(DeleteDir, FollowsAPathThatIsItselfALink)
+{
+    makeFile(QStringLiteral("tree/one/file"));
+    ASSERT_TRUE(QFile::link(path(QStringLiteral("tree")), path(QStringLiteral("link"))));
+    EXPECT_TRUE(tools_deleteDir(path(QStringLiteral("link"))));
+    EXPECT_EQ(left(), QStringList({QStringLiteral("one")}));
+    EXPECT_TRUE(QFileInfo(path(QStringLiteral("link"))).isSymLink());
+}
+
+// The toolkit takes a relative name that begins with a colon for one of its resources.
+TEST_F(DeleteDir, RemovesFilesWhoseNamesBeginWithAColon)
+{
+    makeFile(QStringLiteral("tree/:a.txt"));
+    makeFile(QStringLiteral("tree/:one/:b.txt"));
+    EXPECT_TRUE(deleteTree());
+    EXPECT_EQ(left(), QStringList({QStringLiteral(":one")}));
+}
+
 TEST_F(DeleteDir, LeavesBrokenLinksAndPipesAlone)
 {
     ASSERT_TRUE(QFile::link(path(QStringLiteral("nowhere")), path(QStringLiteral("tree/broken"))));
