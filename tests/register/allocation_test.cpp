@@ -48,7 +48,7 @@ protected:
 
 TEST_F(Allocations, AreNoneForAnyValueInAStringThatHasBeenFilledBefore)
 {
-    for (const int decimals : {0, 2, 9, 12, 39, 1024, -1}) {
+    for (const int decimals : {0, 2, 9, 12, 39, 1024, -1, -45}) {
         QString out;
         hold(0);
         ASSERT_TRUE(show(2000, decimals, NUM_BIT, NUM_VIEW_DEC, out));
