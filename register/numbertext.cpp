@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <limits>
@@ -73,6 +74,14 @@ std::string_view cutDigits(char *begin, char *end, bool negative, int totalDigit
                         : cutInteger(begin, end, negative, totalDigits);
 }
 
+// `value`, not negative, in the C format "%.*f".
+char *writeFormatted(char *to, char *limit, double value, int decimals)
+{
+    const auto room = static_cast<int>(limit - to);
+    const int size = std::snprintf(to, static_cast<std::size_t>(room), "%.*f", decimals, value);
+    return withPlainPoint(to, to + std::clamp(size, 0, room - 1));
+}
+
 // magnitude / 10^decimals with that many decimals, in the C format "%.*f".
 char *writeScaled(char *to, char *limit, quint32 magnitude, int decimals)
 {
@@ -84,12 +93,9 @@ char *writeScaled(char *to, char *limit, quint32 magnitude, int decimals)
         const char *end = std::to_chars(digits, std::end(digits), magnitude).ptr;
         return writeWithPoint(to, digits, static_cast<int>(end - digits), decimals);
     }
-    // The power is a single: inexact beyond 10 decimals, infinite beyond 38, and 0 only below -45. A negative
-    // precision is none in C, which means 6.
+    // The power is a single: inexact beyond 10 decimals, infinite beyond 38, and 0 only below -45.
     const float power = std::pow(10.0F, static_cast<float>(std::max(decimals, -45)));
-    return std::to_chars(to, limit, magnitude / static_cast<double>(power), std::chars_format::fixed,
-                         decimals < 0 ? 6 : decimals)
-        .ptr;
+    return writeFormatted(to, limit, magnitude / static_cast<double>(power), decimals);
 }
 
 std::string_view integerText(quint32 magnitude, bool negative, int totalDigits, int decimals,
@@ -200,7 +206,7 @@ char *writeExact(char *to, char *limit, quint32 bits, int decimals)
     const quint32 magnitudeBits = bits & 0x7FFFFFFF;
     float magnitude;
     std::memcpy(&magnitude, &magnitudeBits, sizeof(magnitude));
-    return std::to_chars(to, limit, static_cast<double>(magnitude), std::chars_format::fixed, decimals).ptr;
+    return writeFormatted(to, limit, static_cast<double>(magnitude), decimals);
 }
 
 std::string_view singleText(quint32 bits, int decimals, NumberBuffer &buffer)
@@ -239,6 +245,19 @@ qint64 saturated(double value)
 }
 
 } // namespace
+
+char *withPlainPoint(char *begin, char *end)
+{
+    const auto isDigit = [](char character) {
+        return character >= '0' && character <= '9';
+    };
+    char *point = std::find_if_not(begin, end, isDigit);
+    if (point == end)
+        return end;
+    char *const decimals = std::find_if(point, end, isDigit);
+    *point++ = '.';
+    return std::copy(decimals, end, point);
+}
 
 std::string_view registerText(const char *words, int totalDigits, int decimals, NUM_DATA_TYPE type,
                               NUM_DATA_VIEW_TYPE view, NumberBuffer &buffer)
