@@ -83,8 +83,7 @@ class PANELKIT_EXPORT helpMacroLua
 {
 public:
     // The name of a data type as macros use it: "DATA_TYPE_BIT", "_WUB", "_WB", "_WD", "_DUB", "_DB", "_DD"
-    // and
-    // "_DF" for 0 to 7, an empty text for every other number.
+    // and "_DF" for 0 to 7, an empty text for every other number.
     static QString VarTableDataTypeConverty(int type);
 
     // Adds the script variables that the node `project` declares (child "macroVarList", properties "number"
@@ -94,11 +93,12 @@ public:
     // loaded. More than 1,000,000 declarations count as 1,000,000.
     static void initMacroVarTable(object *project);
 
-    // Fills `macro` from the node `item`: "macroMode", and as that says "pressmacro" and "releasemacro", each
-    // rewritten by dealLuaForVarList and given an argument object of its own; then the declarations of text
-    // variables (child "macroTextVarList", "number", "Textvar0", "Textvar1" ..., at most 1,000,000), which
-    // are appended. Mode 0 sets `hasMacro` to 0 and reads nothing else; in the other modes only a text that
-    // is not empty sets it, to 1. Argument objects of an earlier load stay alive.
+    // Fills `macro` from the node `item`: "macroMode", and as that says "pressmacro" and "releasemacro"; then
+    // the declarations of text variables (child "macroTextVarList", "number", "Textvar0", "Textvar1" ..., at
+    // most 1,000,000), which are appended. A text that is not empty is rewritten by dealLuaForVarList and
+    // gets an argument object of its own; with an empty one the argument stays what it was. Mode 0 sets
+    // `hasMacro` to 0 and reads nothing else; in the other modes only a text that is not empty sets it, to 1.
+    // Argument objects of an earlier load stay alive.
     static void loadItemMacro(object *item, itemMacro &macro);
 
     // Rewrites, in place, each line of `text` that has exactly one "=" and a declared variable on one side of

@@ -10,9 +10,9 @@ namespace {
 const char readCall[] = "getdata(\"%1\",\"%2\",%3,%4,%5,%6)";
 const char writeCall[] = "setdata(\"%1\",\"%2\",%3,%4,%5,%6,%7)";
 
-// A line into which values with markers are filled may reach this many characters. Markers in every value
+// A call into which values with markers are filled may reach this many characters. Markers in every value
 // multiply: without a bound a line of a few hundred characters could ask for all memory there is.
-const int longestFilledLine = 65536;
+const int longestFilledCall = 65536;
 
 typedef decltype(QString().size()) StringSize; // int up to Qt 5
 
@@ -139,13 +139,31 @@ void fillAtOnce(QString &out, const char *call, const Span *values)
     }
 }
 
-// The same by the chain itself. False when the result could grow beyond the bound.
+// How long `text` becomes when its lowest-numbered markers get a value of that length. Which these are, the
+// toolkit says itself: its generations differ in what is a digit.
+qint64 filledSize(const QString &text, qint64 length)
+{
+    const qint64 emptied = text.arg(QString()).size();
+    const qint64 markers = text.arg(QChar(QLatin1Char('x'))).size() - emptied;
+    return emptied + markers * length;
+}
+
+// The same by the chain itself. False when markers in the values could make the result longer than the bound
+// and than each value filled in once.
 bool fillByChain(QString &out, const char *call, const Span *values, int count)
 {
+    const int markerLength = 2;
     QString filled = QString::fromLatin1(call);
+    qint64 coming = 0; // what the next values add, each filled in once
+    for (int i = 0; i < count; ++i)
+        coming += lengthOf(values[i]) - markerLength;
+    const qint64 bound = qMax<qint64>(longestFilledCall, filled.size() + coming);
     for (int i = 0; i < count; ++i) {
         const qint64 length = lengthOf(values[i]);
-        if (filled.size() + filled.count(QLatin1Char('%')) * length > longestFilledLine)
+        coming -= length - markerLength;
+        // Mostly there are so few "%" that none of them has to be looked at.
+        const qint64 most = filled.size() + filled.count(QLatin1Char('%')) * length;
+        if (most + coming > bound && filledSize(filled, length) + coming > bound)
             return false;
         filled = filled.arg(toString(values[i]));
     }

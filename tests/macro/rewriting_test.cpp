@@ -333,22 +333,53 @@ TEST(Rewriting, LeavesALineThatItsMarkersMultiplyBeyondTheBound)
 
 TEST(Rewriting, FillsInALineUpToTheBound)
 {
-    // Filled in one after the other; with the link's name the line has 28 characters and that name, and then
-    // five markers may each take a block's name.
+    // Around the link and the ten times that the block is filled in, the call has 35 characters.
     scriptVarTable entry = declared(QStringLiteral("long,L1,1,D,100,0,3,x"));
-    entry.blockName = QString(13100, QLatin1Char('B'));
-    entry.extra = QStringLiteral("%");
-    for (const int linkNameLength : {8, 9}) {
-        SCOPED_TRACE(linkNameLength);
-        entry.linkName = QString(linkNameLength, QLatin1Char('L'));
+    entry.blockName = QString(6550, QLatin1Char('B'));
+    const QString line = QStringLiteral("x = long");
+    for (const int letters : {1, 2}) {
+        SCOPED_TRACE(letters);
+        entry.linkName = QString(letters, QLatin1Char('L')) + QStringLiteral("%2").repeated(9);
         ScriptVariables variables;
         variables.insert(entry);
-        const QString line = QStringLiteral("x = long");
-        const QString filled =
-            QStringLiteral("x=getdata(\"%1\",\"%2\",100,1,").arg(entry.linkName, entry.blockName) +
-            QStringLiteral("%,DATA_TYPE_WD)");
-        EXPECT_EQ(rewritten(line, variables), linkNameLength == 8 ? filled : line);
+        const QString call = QStringLiteral("getdata(\"") + QString(letters, QLatin1Char('L')) +
+                             entry.blockName.repeated(9) + QStringLiteral("\",\"") + entry.blockName +
+                             QStringLiteral("\",100,1,0,DATA_TYPE_WD)");
+        EXPECT_EQ(call.size(), 65535 + letters);
+        EXPECT_TRUE(rewritten(line, variables) == (letters == 1 ? QStringLiteral("x=") + call : line));
     }
+}
+
+// Only what markers lengthen is bounded.
+TEST(Rewriting, FillsInLongLinesWithPercentsThatAreNoMarkers)
+{
+    const struct
+    {
+        const char *name;
+        QString value;
+    } rows[] = {
+        {"one behind a long text",
+         QLatin1Char('"') + QString(33000, QLatin1Char('v')) + QLatin1String("%d\"")},
+        {"one behind a text beyond the bound", QString(200000, QLatin1Char('v')) + QLatin1String(" % 60")},
+        {"many in a format",
+         QLatin1String("string.format(\"") + QStringLiteral("%d,").repeated(6000) + QLatin1String("\", a)")},
+        {"nothing else", QString(70000, QLatin1Char('%'))},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_TRUE(rewritten(QStringLiteral("temp = ") + row.value, variablesOf(tempAndSpeed)) ==
+                    QStringLiteral("setdata(\"L1\",\"D\",100,1,0,") + row.value +
+                        QStringLiteral(",DATA_TYPE_WD)"));
+    }
+}
+
+TEST(Rewriting, FillsInTheFewMarkersOfALongLine)
+{
+    const QString text = QString(50000, QLatin1Char('v'));
+    EXPECT_TRUE(
+        rewritten(QStringLiteral("temp = %7") + text + QStringLiteral("%8%d"), variablesOf(tempAndSpeed)) ==
+        QStringLiteral("setdata(\"L1\",\"D\",100,1,0,DATA_TYPE_WD") + text +
+            QStringLiteral("%8%d,DATA_TYPE_WD)"));
 }
 
 TEST(Rewriting, FillsInLongValuesWithoutMarkers)
