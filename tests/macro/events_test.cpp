@@ -2,12 +2,16 @@
 #include "macro/interfaceall.h"
 #include "platform/hmi_event.h"
 #include "simulator/platform/eventlibrary.h"
+#include "tests/macro/freshargument.h"
+#include "tests/support/fieldorder.h"
 
 #include <gtest/gtest.h>
 
 #include <type_traits>
 
 using namespace panelkit::simulator;
+using panelkit::testing::expectFresh;
+using panelkit::testing::followEachOther;
 
 namespace {
 
@@ -69,22 +73,19 @@ TEST(UEventBase, TakesItsTypeFromTheSubclassAndIsDestroyedThroughItsBase)
     EXPECT_EQ(event.type(), 1234);
 }
 
+TEST(Events, HaveTheirFieldsInTheOrderThatTheRuntimeKnows)
+{
+    const UMessageBoxEvent box(QString(), 0, 0);
+    EXPECT_TRUE(followEachOther({box.reserved, box.text, box.param1, box.param2}));
+    const UExternalFuncCallEvent call(QString(), nullptr);
+    EXPECT_TRUE(followEachOther({call.reserved, call.flag, call.funcName, call.arg}));
+}
+
 TEST(InterfaceAll, StartsWithTheValuesOfAFreshMacroArgument)
 {
     const InterfaceAll argument;
     EXPECT_TRUE(argument.args.isEmpty());
-    EXPECT_EQ(argument.reserved0, 0);
-    EXPECT_EQ(argument.idText, QStringLiteral("65535"));
-    EXPECT_EQ(argument.valueText, QStringLiteral("0"));
-    EXPECT_FALSE(argument.flagA);
-    EXPECT_FALSE(argument.flagB);
-    EXPECT_EQ(argument.intA, 0);
-    EXPECT_EQ(argument.intB, 0);
-    EXPECT_TRUE(argument.note.isEmpty());
-    EXPECT_FALSE(argument.flagC);
-    EXPECT_EQ(argument.intC, 0);
-    EXPECT_EQ(argument.intD, 0);
-    EXPECT_EQ(argument.optLogType, 0);
+    expectFresh(argument);
 }
 
 TEST(InterfaceAll, KeepsTheKindOfLogEntryThatItWasGiven)
@@ -104,10 +105,16 @@ TEST(InterfaceAll, OtherHooksOfAPlainObjectHaveNoEffect)
     argument.insertOperatorLog(QStringLiteral("entry"));
     argument.insertOperatorLog(QStringList{QStringLiteral("a"), QStringLiteral("b")});
     EXPECT_TRUE(argument.args.isEmpty());
-    EXPECT_EQ(argument.idText, QStringLiteral("65535"));
-    EXPECT_EQ(argument.valueText, QStringLiteral("0"));
-    EXPECT_TRUE(argument.note.isEmpty());
-    EXPECT_EQ(argument.optLogType, 0);
+    expectFresh(argument);
+}
+
+TEST(InterfaceAll, HasItsFieldsInTheOrderThatTheRuntimeKnows)
+{
+    const InterfaceAll a;
+    const auto *begin = reinterpret_cast<const char *>(&a);
+    EXPECT_EQ(static_cast<const void *>(&a.args), begin + sizeof(void *)) << "behind the table of operations";
+    EXPECT_TRUE(followEachOther({a.args, a.reserved0, a.idText, a.valueText, a.flagA, a.flagB, a.intA, a.intB,
+                                 a.note, a.flagC, a.intC, a.intD, a.optLogType}));
 }
 
 // The runtime overrides by place in the table, so the order of the hooks is checked against the table itself.

@@ -1,13 +1,16 @@
 #include "macro/helpmacrolua.h"
 #include "macro/interfaceall.h"
 #include "simulator/platform/objecttree.h"
+#include "tests/macro/freshargument.h"
 #include "tests/support/allocationcounter.h"
+#include "tests/support/fieldorder.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
 using namespace panelkit::simulator;
+using panelkit::testing::followEachOther;
 
 // The table of script variables is the process's own and only ever grows: each test declares names that no
 // other does.
@@ -116,6 +119,25 @@ TEST(MacroRecords, StartWithZerosNullsAndEmptyTexts)
     EXPECT_EQ(address.addrIndex, 0);
     EXPECT_EQ(address.reservedC, 0);
     EXPECT_EQ(address.extra, 0);
+}
+
+TEST(MacroRecords, HaveTheirFieldsInTheOrderThatTheRuntimeKnows)
+{
+    const scriptVarTable variable;
+    EXPECT_EQ(static_cast<const void *>(&variable), &variable.name);
+    EXPECT_TRUE(followEachOther({variable.name, variable.linkName, variable.station, variable.blockName,
+                                 variable.regIndex, variable.extra, variable.typeName, variable.dataType}));
+
+    const itemMacro macro;
+    EXPECT_EQ(static_cast<const void *>(&macro), &macro.hasMacro);
+    EXPECT_TRUE(followEachOther({macro.hasMacro, macro.macroMode, macro.pressMacro, macro.releaseMacro,
+                                 macro.textVarList, macro.varMap, macro.pressArg, macro.releaseArg}));
+
+    const KEY_ADDRESS address;
+    EXPECT_EQ(static_cast<const void *>(&address), &address.linkName);
+    EXPECT_TRUE(followEachOther({address.linkName, address.reservedA, address.reservedB, address.station,
+                                 address.blockName, address.reservedText, address.addrIndex,
+                                 address.reservedC, address.extra}));
 }
 
 TEST(MacroDataType, HasANameForEachNumberFrom0To7)
@@ -447,16 +469,7 @@ TEST(ItemMacro, CarriesTheAddressOfItsRewrittenTextInAFreshArgument)
         ASSERT_NE(side.argument, nullptr);
         ASSERT_EQ(side.argument->args.size(), 1);
         EXPECT_EQ(side.argument->args[0], side.text);
-        EXPECT_EQ(side.argument->idText, QStringLiteral("65535"));
-        EXPECT_EQ(side.argument->valueText, QStringLiteral("0"));
-        EXPECT_EQ(side.argument->reserved0, 0);
-        EXPECT_FALSE(side.argument->flagA || side.argument->flagB || side.argument->flagC);
-        EXPECT_EQ(side.argument->intA, 0);
-        EXPECT_EQ(side.argument->intB, 0);
-        EXPECT_EQ(side.argument->intC, 0);
-        EXPECT_EQ(side.argument->intD, 0);
-        EXPECT_TRUE(side.argument->note.isEmpty());
-        EXPECT_EQ(side.argument->optLogType, 0);
+        panelkit::testing::expectFresh(*side.argument);
     }
 }
 
