@@ -32,7 +32,7 @@ QStringList texts(std::initializer_list<const char *> utf8)
 // What CSV cares about, and what it must leave alone.
 QString csvAlphabet()
 {
-    return text("\"\"\",,, ;'\tab温é") + QChar(0xd83d) + QChar(0xde00) + QChar(0xfeff);
+    return text("\"\"\",,, ;'\tab温é") + QChar(0xd83d) + QChar(0xde00) + QChar(0xfeff) + QChar(0);
 }
 
 struct Reading
@@ -137,6 +137,29 @@ TEST(CsvLine, IsReadByTheStatedRules)
     for (const Reading &row : rows) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(helpCSV::fromCsvLine(text(row.line)), row.fields);
+    }
+}
+
+TEST(CsvLine, TakesANulForACharacterLikeAnyOther)
+{
+    const QChar nul(0);
+    const struct
+    {
+        const char *name;
+        QString line;
+        QStringList fields;
+    } rows[] = {
+        {"NUL inside a plain field", text("a") + nul + text("b,c"), {text("a") + nul + text("b"), text("c")}},
+        {"NUL inside a quoted field",
+         text("\"a,") + nul + text("b\",c"),
+         {text("a,") + nul + text("b"), text("c")}},
+        {"NUL behind a doubled quote", text("\"a\"\"") + nul + text("\",c"), {text("a\"") + nul, text("c")}},
+        {"NUL alone", text(",") + nul, {QString(), QString(nul)}},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(helpCSV::fromCsvLine(row.line), row.fields);
+        EXPECT_EQ(helpCSV::toCsvStringLine(row.fields), row.line);
     }
 }
 

@@ -24,6 +24,13 @@ TEST(SqliteText, DoublesEverySingleQuote)
     EXPECT_EQ(helpSQLite::toSQLiteString(text("'; DROP TABLE t; --")), text("''; DROP TABLE t; --"));
 }
 
+TEST(SqliteText, GoesOnBehindANul)
+{
+    EXPECT_EQ(helpSQLite::toSQLiteString(text("a'") + QChar(0) + text("'b")),
+              text("a''") + QChar(0) + text("''b"));
+    EXPECT_EQ(helpSQLite::toSQLiteString(QString(QChar(0))), QString(QChar(0)));
+}
+
 TEST(SqliteText, LeavesAnEmptyTextAndOtherCharactersAsTheyAre)
 {
     for (const char *same : {"", "plain", "\"quoted\"", "\\", "a;b", "温度’"})

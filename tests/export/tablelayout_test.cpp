@@ -73,6 +73,10 @@ TEST(TableLayout, PadsCellsAndCutsNone)
 {
     EXPECT_EQ(laidOutRow({text("a"), text("温度"), text("longer"), text("")}, 4),
               text("a   温度  longer    "));
+    EXPECT_EQ(laidOutRow({text("\U0001F600"), text("a\U0001F600b"), text("c")}, 4),
+              text("\U0001F600  a\U0001F600bc   ")); // one character of two units
+    const QString half(QChar(0xd83d));
+    EXPECT_EQ(laidOutRow({half, text("b")}, 2), half + text(" b "));
     EXPECT_EQ(laidOutRow({text("a"), text("b")}, 0), text("ab"));
     EXPECT_EQ(laidOutRow({text("%1"), text("%2")}, 3), text("%1 %2 "));
     EXPECT_EQ(laidOutRow({}, 4), text(""));

@@ -1,6 +1,8 @@
 // Which properties of an item's node are asked for, in which order: here the object library itself listens.
+// The event library answers with a number of its own.
 
 #include "platform/device_struct.h"
+#include "platform/hmi_event.h"
 #include "register/registervaluechange.h"
 #include "tests/support/panelfixture.h"
 
@@ -21,6 +23,17 @@ int object_get_property_value_type_int32(object *node, const char *name, int def
 {
     node->asked << QString::fromLatin1(name) + QLatin1Char('=') + QString::number(defaultValue);
     return defaultValue;
+}
+
+namespace {
+
+const int answer = 4711;
+
+} // namespace
+
+int hmiEVent_addressChang_Msg(const RegisterValueChange *)
+{
+    return answer;
 }
 
 class RegisterAddressProperties : public panelkit::testing::PanelFixture
@@ -64,4 +77,18 @@ TEST_F(RegisterAddressProperties, AreNotAskedForWithoutCommunication)
     RegisterValueChangeSize address = {};
     EXPECT_FALSE(ObjectAddress2RegisterValueChangeSize(&node, address));
     EXPECT_TRUE(node.asked.isEmpty());
+}
+
+// Any question about it would go to the node.
+TEST_F(RegisterAddressProperties, AreNotAskedOfANodeThatIsNull)
+{
+    RegisterValueChange address = {};
+    EXPECT_FALSE(ObjectAddress2RegisterValueChange(nullptr, address));
+    RegisterValueChangeSize addressWithSize = {};
+    EXPECT_FALSE(ObjectAddress2RegisterValueChangeSize(nullptr, addressWithSize));
+}
+
+TEST(LwfRegMessage, GivesTheEventLibrarysAnswer)
+{
+    EXPECT_EQ(SendLWFRegMessage(5), answer);
 }

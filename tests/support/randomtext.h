@@ -27,12 +27,12 @@ public:
         return text;
     }
 
-    // `length` UTF-16 code units of any kind, lone surrogates included, line feeds and NULs excluded.
+    // `length` UTF-16 code units of any kind, lone surrogates and NULs included, line feeds excluded.
     QString ofAnything(int length)
     {
         QString text;
         while (text.size() < length) {
-            const auto unit = static_cast<char16_t>(number(1, 0xffff));
+            const auto unit = static_cast<char16_t>(number(0, 0xffff));
             if (unit != u'\n')
                 text += QChar(unit);
         }
