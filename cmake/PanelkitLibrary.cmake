@@ -25,8 +25,7 @@ set_target_properties(panelkit PROPERTIES
   SOVERSION "${PROJECT_VERSION_MAJOR}"
   LINK_DEPENDS "${PROJECT_SOURCE_DIR}/cmake/panelkit.map"
   BUILD_WITH_INSTALL_RPATH ON
-  INSTALL_RPATH "$ORIGIN/panelkit"
-  VERIFY_INTERFACE_HEADER_SETS ON)
+  INSTALL_RPATH "$ORIGIN/panelkit")
 target_link_options(panelkit PRIVATE "-Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/panelkit.map")
 
 # panelkit_sources([SOURCES <file>...] [PUBLIC <header>...])

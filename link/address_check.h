@@ -3,12 +3,11 @@
 
 #include "link/linkinfo.h"
 #include "platform/export.h"
+#include "register/registervaluechange.h"
 
 #include <QMap>
 #include <QSet>
 #include <QStringList>
-
-struct RegisterValueChange;
 
 // What a check found, and where. Offsets and lengths count characters of the text as it was passed in.
 struct AddressVerdict

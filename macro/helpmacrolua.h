@@ -5,6 +5,7 @@
 // malformed is left out.
 #pragma once
 
+#include "macro/interfaceall.h"
 #include "platform/export.h"
 
 #include <QList>
@@ -12,7 +13,6 @@
 #include <QString>
 #include <QStringList>
 
-class InterfaceAll;
 class InterfaceComm;
 struct object;
 

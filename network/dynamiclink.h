@@ -23,13 +23,12 @@
 #pragma once
 
 #include "platform/export.h"
+#include "register/interfacecomm.h"
 
+#include <QString>
 #include <QtGlobal>
 
-class InterfaceComm;
 class QSettings;
-class QString;
-struct LinkValue;
 
 // One link's parameters. Filled here, owned by the caller.
 struct dynamecslinkParam_t

@@ -13,8 +13,9 @@
 
 #include "platform/export.h"
 
+#include <QString>
+
 class InterfaceComm;
-class QString;
 
 // Whether all of `address` is an IPv4 address in dotted notation: four numbers from 0 to 255 of one to three
 // ASCII digits each, leading zeros included ("010.001.0.09"), with single dots between them and nothing else.

@@ -8,7 +8,8 @@
 
 #include "platform/export.h"
 
-class QString;
+#include <QString>
+
 struct object;
 struct property;
 

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "platform/export.h"
+#include "register/registervaluechange.h"
+
+#include <QString>
 
 class InterfaceComm;
-class QString;
-struct RegisterValueChange;
 
 // Writes the address `reg` to `out`. A block that begins with "LB", "LW" or "RWI" is internal and becomes
 // block and index ("LW100"), without asking `comm`. Any other address becomes the link number and "/" (from

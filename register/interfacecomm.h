@@ -4,10 +4,9 @@
 #pragma once
 
 #include "platform/export.h"
+#include "register/registervaluechange.h"
 
 #include <QString>
-
-struct RegisterValueChange;
 
 // The project's definition of one link, returned by value. libpanelkit only reads it. The unnamed rest of the
 // runtime's own record is kept as reserved fields, so that the layout is the runtime's.

@@ -2,11 +2,10 @@
 #pragma once
 
 #include "platform/export.h"
+#include "register/registervaluechange.h"
 
+#include <QString>
 #include <QtGlobal>
-
-class QString;
-struct RegisterValueChange;
 
 // How the words of a register are read. The first word and the first 32 bits are the first 2 or 4 bytes as
 // the driver stored them, in the processor's byte order; nothing is swapped.

@@ -6,9 +6,8 @@
 
 #include "platform/export.h"
 
+#include <QString>
 #include <QtGlobal>
-
-class QString;
 
 // One sample of the processor's time, the line "cpu" of "/proc/stat": ticks since the start of the system,
 // summed over all processors, in the order of the columns. A counter beyond 32 bits keeps its low 32 bits.

@@ -3,7 +3,7 @@
 
 #include "platform/export.h"
 
-class QString;
+#include <QString>
 
 // On a panel the system root is empty and absolute paths are what they say. A simulator or a test sets a
 // directory, once at start and before any other call; every absolute path that the library itself opens,

@@ -4,8 +4,7 @@
 #include "platform/export.h"
 
 #include <QMessageBox>
-
-class QString;
+#include <QString>
 
 // Takes over its parent's font. Closed (not: answered by a button), it tells the runtime so by the system
 // notice 111 where the application record asks for that; close() works with any set of buttons and clicks

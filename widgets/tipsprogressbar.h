@@ -4,8 +4,7 @@
 #include "platform/export.h"
 
 #include <QGraphicsView>
-
-class QString;
+#include <QString>
 
 namespace panelkit {
 class Ui_TipsProgressBar;
