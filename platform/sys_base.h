@@ -9,6 +9,8 @@
 
 #include <QString>
 
+#include <cstddef>
+
 class InterfaceComm;
 
 // The runtime's application record. The runtime owns and fills it; libpanelkit only reads it, anew in every
@@ -23,6 +25,9 @@ struct sys_base_app_pro
     int screenHeight;    // pixels
     InterfaceComm *comm; // the communication interface, or null while there is none
 };
+static_assert(offsetof(sys_base_app_pro, announceMessageBoxClose) == 2, "the same on every processor");
+static_assert(offsetof(sys_base_app_pro, screenWidth) == 4, "the same on every processor");
+static_assert(offsetof(sys_base_app_pro, screenHeight) == 8, "the same on every processor");
 
 // The application record; null counts as a record without a communication interface.
 PANELKIT_EXPORT sys_base_app_pro *sys_base_get_app_pro();

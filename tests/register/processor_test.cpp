@@ -21,9 +21,6 @@
 #include <limits>
 
 // Records without pointers and texts have one layout, whatever the processor.
-static_assert(offsetof(sys_base_app_pro, announceMessageBoxClose) == 2);
-static_assert(offsetof(sys_base_app_pro, screenWidth) == 4);
-static_assert(offsetof(sys_base_app_pro, screenHeight) == 8);
 static_assert(sizeof(dynamecslinkParam_t) == 72);
 static_assert(offsetof(dynamecslinkParam_t, stopBits) == 68);
 static_assert(sizeof(cpu_info) == 56);
