@@ -27,6 +27,9 @@ target_compile_options(panelkit_build_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
   -Woverloaded-virtual -Wcast-align -Wformat=2 -Wnull-dereference -Wundef
   $<$<BOOL:${PANELKIT_WERROR}>:-Werror>)
+# Without this a 32-bit panel cannot ask for the space of a large disk, nor for its files. No public header has a type
+# that it changes.
+target_compile_definitions(panelkit_build_flags INTERFACE _FILE_OFFSET_BITS=64)
 # A vtable check or an interceptor of a sanitizer turns some of gcc's flow-based guesses into false alarms.
 if(PANELKIT_SANITIZE)
   target_compile_options(panelkit_build_flags INTERFACE

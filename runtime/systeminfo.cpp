@@ -13,6 +13,8 @@
 #include <sys/statfs.h>
 #include <sys/sysinfo.h>
 
+static_assert(sizeof(fsblkcnt_t) == 8, "the space of a large disk can be asked for on every processor");
+
 namespace panelkit {
 
 DevDiskInfo diskSpace(quint64 blocks, quint64 freeBlocks, quint64 blockSize)

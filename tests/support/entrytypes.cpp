@@ -1,3 +1,6 @@
+// Both of the C library's records of an entry are meant here, the short one and the long one.
+#undef _FILE_OFFSET_BITS
+
 #include "tests/support/entrytypes.h"
 
 #include <dirent.h>
