@@ -1,5 +1,6 @@
 #include "export/tableexport.h"
 
+#include "export/csvfile.h"
 #include "export/encodedwriter.h"
 #include "export/tablelayout.h"
 #include "platform/qtcompat.h"
@@ -14,11 +15,11 @@
 
 namespace {
 
-// As a text stream does it: the locale's codec stands in for a missing one.
-QTextCodec *exportCodec()
+// The system would take a path with a NUL in it for the file that its begin names. An empty one makes the
+// toolkit print a warning, or the table on the system's default printer.
+bool namesAFile(const QString &path)
 {
-    QTextCodec *codec = QTextCodec::codecForName("GBK");
-    return codec != nullptr ? codec : QTextCodec::codecForLocale();
+    return !path.isEmpty() && !path.contains(QLatin1Char('\0'));
 }
 
 void writeRow(panelkit::EncodedWriter &writer, const QStringList &cells)
@@ -76,16 +77,17 @@ void drawTable(QPrinter &printer, const QStringList &header, const QList<QString
 
 } // namespace
 
-void tools_exportToCsv(const QStringList &header, const QList<QStringList> &rows, const QString &path,
-                       int append)
+void panelkit::exportToCsv(const QStringList &header, const QList<QStringList> &rows, const QString &path,
+                           int append, QTextCodec *codec)
 {
     QFile file(path);
     const QIODevice::OpenMode mode = append != 0 ? QIODevice::Append : QIODevice::Truncate;
-    // An empty path is refused here because the toolkit would print a warning about it.
-    if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Unbuffered | mode))
+    if (!namesAFile(path) ||
+        !file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Unbuffered | mode))
         return;
 
-    panelkit::EncodedWriter writer(exportCodec(), &file);
+    // As a text stream does it: the locale's codec stands in for a missing one.
+    EncodedWriter writer(codec != nullptr ? codec : QTextCodec::codecForLocale(), &file);
     if (append == 0) {
         for (const QString &entry : header) {
             writer.write(entry);
@@ -99,10 +101,15 @@ void tools_exportToCsv(const QStringList &header, const QList<QStringList> &rows
     sys_base_do_system("sync");
 }
 
+void tools_exportToCsv(const QStringList &header, const QList<QStringList> &rows, const QString &path,
+                       int append)
+{
+    panelkit::exportToCsv(header, rows, path, append, QTextCodec::codecForName("GBK"));
+}
+
 void tools_exportToPdf(const QStringList &header, const QList<QStringList> &rows, const QString &path)
 {
-    // Without a file name the toolkit would print the table on the system's default printer.
-    if (!path.isEmpty()) {
+    if (namesAFile(path)) {
         QPrinter printer(QPrinter::ScreenResolution);
         printer.setResolution(300); // dots per inch
         panelkit::setPageSizeA4(printer);

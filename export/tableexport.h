@@ -16,14 +16,15 @@ struct DataContent
 
 // Writes `rows` to the text file `path` in GBK: one line a row, its cells joined by commas, raw: a cell with
 // a comma reads back as two. What GBK lacks is written as the toolkit's text stream writes it, mostly as "?".
+// Where the toolkit lacks the codec "GBK" the file is in the locale's encoding.
 //
 // When `append` is 0 the file is written anew and begins with one line for each entry of `header`, as it
 // stands; otherwise the rows follow what the file holds, without a header even if the file is new. Every line
 // ends in a line feed. When the file is written, the shell command "sync" has run.
 //
-// A file that cannot be opened ends the call without a report and without "sync"; one that cannot be written
-// any further keeps what it has. The rows are streamed: the call needs less than 256 KB beside them, whatever
-// their number.
+// A file that cannot be opened, and a `path` that is empty or holds a NUL, end the call without a report and
+// without "sync"; a file that cannot be written any further keeps what it has. The rows are streamed: the
+// call needs less than 256 KB beside them, whatever their number.
 PANELKIT_EXPORT void tools_exportToCsv(const QStringList &header, const QList<QStringList> &rows,
                                        const QString &path, int append);
 
@@ -32,7 +33,7 @@ PANELKIT_EXPORT void tools_exportToCsv(const QStringList &header, const QList<QS
 // titles separated by commas; the entry with the most columns decides the size of the font (family "SimSun")
 // and the width of all columns. Every title and cell is padded with blanks to that width; longer ones are not
 // cut, and lines run off the page. When the file is written, the shell command "sync" has run; it also runs
-// when there is no way to write the file, which is not reported.
+// when there is no way to write the file, or when `path` is empty or holds a NUL, which is not reported.
 //
 // Needs a QGuiApplication. Only the page being drawn is held in memory.
 PANELKIT_EXPORT void tools_exportToPdf(const QStringList &header, const QList<QStringList> &rows,

@@ -13,7 +13,7 @@
 #include <sys/statfs.h>
 #include <sys/sysinfo.h>
 
-static_assert(sizeof(fsblkcnt_t) == 8, "the space of a large disk can be asked for on every processor");
+static_assert(sizeof(statfs::f_blocks) == 8, "the space of a large disk can be asked for on every processor");
 
 namespace panelkit {
 

@@ -1,5 +1,6 @@
 #include "export/tableexport.h"
 
+#include "export/csvfile.h"
 #include "simulator/platform/systembase.h"
 #include "tests/export/plainexport.h"
 #include "tests/support/allocationcounter.h"
@@ -8,6 +9,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTextCodec>
 
 #include <gtest/gtest.h>
 
@@ -132,12 +134,29 @@ TEST_F(CsvExport, DoesNothingWhereTheFileCannotBeOpened)
 {
     QFile file(path("file"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    for (const QString &refused : {path("missing/table.csv"), path("file/table.csv"), path(""), QString()}) {
+    file.write("kept");
+    file.close();
+    for (const QString &refused :
+         {path("missing/table.csv"), path("file/table.csv"), path(""), QString(), path("file") + QChar(0),
+          path("file") + QChar(0) + text(".bak/none"), QChar(0) + path("file")}) {
         SCOPED_TRACE(refused.toStdString());
         tools_exportToCsv(texts({"header"}), {texts({"1"})}, refused, 0);
         tools_exportToCsv(texts({"header"}), {texts({"1"})}, refused, 1);
         EXPECT_EQ(commands(), QList<QByteArray>());
+        EXPECT_EQ(contents(path("file")), QByteArray("kept"));
     }
+}
+
+TEST_F(CsvExport, WritesInTheLocalesEncodingWhereTheCodecIsMissing)
+{
+    const QString file = path("locale.csv");
+    for (const char *locale : {"ISO-8859-1", "UTF-8"}) {
+        SCOPED_TRACE(locale);
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName(locale));
+        panelkit::exportToCsv(texts({"é"}), {texts({"1", "ü"})}, file, 0, nullptr);
+        EXPECT_EQ(contents(file), QTextCodec::codecForName(locale)->fromUnicode(text("é\n1,ü\n")));
+    }
+    QTextCodec::setCodecForLocale(nullptr);
 }
 
 TEST_F(CsvExport, EndsQuietlyOnAFullDevice)

@@ -239,12 +239,16 @@ TEST_F(PdfExport, SyncsWhereTheFileCannotBeWritten)
 {
     QFile file(path("file"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("kept");
+    file.close();
     int count = 0;
-    for (const QString &refused : {path("missing/table.pdf"), path("file/table.pdf"), path("."), QString()}) {
+    for (const QString &refused : {path("missing/table.pdf"), path("file/table.pdf"), path("."), QString(),
+                                   path("file") + QChar(0), path("file") + QChar(0) + text(".bak/none")}) {
         SCOPED_TRACE(refused.toStdString());
         tools_exportToPdf({text("a,b")}, {{text("1"), text("2")}}, refused);
         EXPECT_EQ(panelkit::simulator::recordedCommands(),
                   QList<QByteArray>(QVector<QByteArray>(++count, "sync").toList()));
+        EXPECT_EQ(QFileInfo(file).size(), 4);
     }
 }
 
