@@ -31,8 +31,8 @@ public:
     int baseline() const;
 
 private:
-    int m_row =
-        0; // the first line stands in row 1, as on every page but the first a line in row 0 comes first
+    // The first line stands in row 1; on every page but the first a line in row 0 comes first.
+    int m_row = 0;
 };
 
 } // namespace panelkit

@@ -5,8 +5,9 @@ class QString;
 
 namespace panelkit {
 
-// The key "MODEL" of the device configuration file below the system root, read anew in every call. Empty when
-// there is no file or no such key.
+// The key "MODEL" of the device configuration file below the system root, which is looked at in every call;
+// docs/security.md says which change of a file the toolkit misses. Empty when there is no file or no such
+// key.
 QString deviceModel();
 
 // A gateway box: its model holds "Keld", with this case, anywhere.
