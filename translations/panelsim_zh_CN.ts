@@ -91,6 +91,10 @@
         <translation>偶校验</translation>
     </message>
     <message>
+        <source>%1, in the project %2</source>
+        <translation>%1（工程中为 %2）</translation>
+    </message>
+    <message>
         <source>%1, %2 baud, %3 data bits, %4, stop bits: %5</source>
         <translation>%1，波特率 %2，数据位 %3，%4，停止位 %5</translation>
     </message>
@@ -635,6 +639,114 @@
     <message>
         <source>the link was taken down</source>
         <translation>连接已停用</translation>
+    </message>
+    <message>
+        <source>Connection refused</source>
+        <translation>连接被拒绝</translation>
+    </message>
+    <message>
+        <source>Connection timed out</source>
+        <translation>连接超时</translation>
+    </message>
+    <message>
+        <source>Connection reset by peer</source>
+        <translation>连接被对方复位</translation>
+    </message>
+    <message>
+        <source>Connection aborted</source>
+        <translation>连接被中止</translation>
+    </message>
+    <message>
+        <source>Connection broken</source>
+        <translation>连接已中断</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>未连接</translation>
+    </message>
+    <message>
+        <source>No route to host</source>
+        <translation>无法到达主机</translation>
+    </message>
+    <message>
+        <source>Host is down</source>
+        <translation>主机已关闭</translation>
+    </message>
+    <message>
+        <source>Network is unreachable</source>
+        <translation>网络不可达</translation>
+    </message>
+    <message>
+        <source>Network is down</source>
+        <translation>网络已断开</translation>
+    </message>
+    <message>
+        <source>Not the address of a PLC</source>
+        <translation>不是有效的PLC地址</translation>
+    </message>
+    <message>
+        <source>Address not available</source>
+        <translation>地址不可用</translation>
+    </message>
+    <message>
+        <source>Kind of address not supported</source>
+        <translation>不支持该类地址</translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation>没有权限</translation>
+    </message>
+    <message>
+        <source>Too many open connections</source>
+        <translation>打开的连接过多</translation>
+    </message>
+    <message>
+        <source>Out of memory</source>
+        <translation>内存不足</translation>
+    </message>
+    <message>
+        <source>error %1</source>
+        <translation>错误%1</translation>
+    </message>
+    <message>
+        <source>Illegal function</source>
+        <translation>非法功能码</translation>
+    </message>
+    <message>
+        <source>Illegal data address</source>
+        <translation>非法数据地址</translation>
+    </message>
+    <message>
+        <source>Illegal data value</source>
+        <translation>非法数据值</translation>
+    </message>
+    <message>
+        <source>Device failure</source>
+        <translation>从站设备故障</translation>
+    </message>
+    <message>
+        <source>Accepted, but takes long</source>
+        <translation>已接受，处理需较长时间</translation>
+    </message>
+    <message>
+        <source>Device busy</source>
+        <translation>从站设备忙</translation>
+    </message>
+    <message>
+        <source>Not possible</source>
+        <translation>无法执行</translation>
+    </message>
+    <message>
+        <source>Memory parity error</source>
+        <translation>存储器奇偶校验错误</translation>
+    </message>
+    <message>
+        <source>Gateway has no path</source>
+        <translation>网关路径不可用</translation>
+    </message>
+    <message>
+        <source>No answer behind the gateway</source>
+        <translation>网关后的设备无应答</translation>
     </message>
     <message>
         <source>the PLC refuses (exception %1)</source>

@@ -100,9 +100,14 @@ TEST(LinkState, IsDescribedInOneLine)
 TEST(TransferResult, IsDescribedWithItsReason)
 {
     EXPECT_EQ(describe({TransferStatus::Refused, 2}), "the PLC refuses (exception 2: Illegal data address)");
+    EXPECT_EQ(describe({TransferStatus::Refused, 9}), "the PLC refuses (exception 9)");
     EXPECT_EQ(describe({TransferStatus::Refused, 200}), "the PLC refuses (exception 200)");
     EXPECT_EQ(describe({TransferStatus::NotConnected, ECONNREFUSED}),
               "no connection to the PLC: Connection refused");
+    EXPECT_EQ(describe({TransferStatus::NotConnected, EDESTADDRREQ}),
+              "no connection to the PLC: Not the address of a PLC");
+    EXPECT_EQ(describe({TransferStatus::NotConnected, EXDEV}),
+              "no connection to the PLC: error " + std::to_string(EXDEV));
     for (int status = 0; status <= static_cast<int>(TransferStatus::Stopped); ++status)
         EXPECT_FALSE(describe({static_cast<TransferStatus>(status), 0}).empty()) << status;
 }
