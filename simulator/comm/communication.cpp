@@ -60,6 +60,12 @@ std::string addressOf(const QString &host)
 
 } // namespace
 
+PlcPlace placeInDefinition(const LinkValue &link)
+{
+    const LinkParameters parameters = linkParameters(link);
+    return {QString::fromStdString(parameters.host), parameters.port};
+}
+
 class Communication::Private
 {
 public:
@@ -302,6 +308,17 @@ LinkState Communication::linkState(int number) const
     }
     state.condition = number == internalLink ? LinkCondition::Internal : LinkCondition::WithoutConnection;
     return worker ? worker->state() : state;
+}
+
+std::optional<PlcPlace> Communication::plcPlace(int number) const
+{
+    const std::shared_lock<std::shared_mutex> lock(d->mutex);
+    const auto link = d->links.find(number);
+    if (link == d->links.end() || !link->second.worker)
+        return std::nullopt;
+    const LinkParameters parameters = d->parametersOf(link->second);
+    return PlcPlace{parameters.host.empty() ? d->options.plcHost : QString::fromStdString(parameters.host),
+                    parameters.port};
 }
 
 bool Communication::waitForLink(int number, const std::function<bool(const LinkState &)> &condition,

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace panelkit::simulator {
@@ -30,6 +31,21 @@ struct CommunicationOptions
     // An address that nobody has read for so long is no longer polled.
     std::chrono::milliseconds forgetAfter{10'000};
 };
+
+// Where a PLC is in the network.
+struct PlcPlace
+{
+    QString host; // an IP address in digits; of a PLC that was not found, the name by which it was looked for
+    int port = 0;
+};
+
+inline bool operator==(const PlcPlace &left, const PlcPlace &right)
+{
+    return left.host == right.host && left.port == right.port;
+}
+
+// Where the link's definition says that its PLC is.
+PlcPlace placeInDefinition(const LinkValue &link);
 
 // A link whose driver is "Modbus" and whose port is an Ethernet port is polled by a thread of its own, as
 // docs/formats/modbus.md describes. Any other link is without connection: its values are missing. Links with
@@ -88,6 +104,10 @@ public:
     std::vector<int> linkNumbers() const; // in ascending order, the internal storage first
     QString linkName(int number) const;   // empty for an unknown one
     LinkState linkState(int number) const;
+
+    // Where the PLC of the link is really looked for: elsewhere than its definition says when the options
+    // name a PLC. Nothing for a link that is not talked to.
+    std::optional<PlcPlace> plcPlace(int number) const;
 
     // Waits until the state of a link satisfies `condition`, which must not call the communication. False
     // when it has not after `timeout`, and at once for a link that has no thread.

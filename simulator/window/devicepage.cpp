@@ -44,15 +44,25 @@ QString parity(int check)
     }
 }
 
-QString parametersOf(const LinkValue &link)
+QString textOf(const PlcPlace &place)
+{
+    const bool isIpv6 = place.host.contains(QLatin1Char(':'));
+    return (isIpv6 ? QStringLiteral("[%1]:%2") : QStringLiteral("%1:%2")).arg(place.host).arg(place.port);
+}
+
+// Where the PLC is really looked for stands first: that is what an operator can do something about.
+QString networkPlace(const LinkValue &link, const std::optional<PlcPlace> &used)
+{
+    const PlcPlace defined = placeInDefinition(link);
+    if (!used || *used == defined)
+        return textOf(defined);
+    return DevicePage::tr("%1, in the project %2").arg(textOf(*used), textOf(defined));
+}
+
+QString parametersOf(const LinkValue &link, const std::optional<PlcPlace> &used)
 {
     const QString place = link.portName.contains(QLatin1String("Ethernet"))
-                              ? QStringLiteral("%1.%2.%3.%4:%5")
-                                    .arg(link.ip1)
-                                    .arg(link.ip2)
-                                    .arg(link.ip3)
-                                    .arg(link.ip4)
-                                    .arg(link.port)
+                              ? networkPlace(link, used)
                               : DevicePage::tr("%1, %2 baud, %3 data bits, %4, stop bits: %5")
                                     .arg(link.portName)
                                     .arg(link.baud)
@@ -215,10 +225,11 @@ void DevicePage::showFigures()
 void DevicePage::showLinks()
 {
     for (const Link &link : m_links) {
-        const LinkState state = m_session.communication().linkState(link.number);
+        Communication &comm = m_session.communication();
+        const LinkState state = comm.linkState(link.number);
         link.state->say(partOf(state.condition), stateText(state));
         link.parameters->setText(
-            parametersOf(m_session.communication().getLinkValue(static_cast<quint16>(link.number))));
+            parametersOf(comm.getLinkValue(static_cast<quint16>(link.number)), comm.plcPlace(link.number)));
     }
 }
 

@@ -72,6 +72,29 @@ TEST_F(UpdateTest, MovesALinkAwayFromTheGivenPlcOnlyWithItsAddress)
     EXPECT_EQ(readWord(comm, reg), 202);
 }
 
+TEST_F(UpdateTest, TellsWhereThePlcOfALinkIsReallyLookedFor)
+{
+    CommunicationOptions options = briefPauses();
+    options.plcHost = QStringLiteral("localhost");
+    options.plcPort = server.port();
+    link.value.port = 502;
+    Communication comm({link}, options);
+    EXPECT_TRUE(comm.plcPlace(1) == (PlcPlace{QStringLiteral("127.0.0.1"), server.port()}));
+    LinkValue changed = link.value;
+    changed.ip4 = 9;
+    ASSERT_TRUE(comm.updateLink(changed));
+    EXPECT_TRUE(comm.plcPlace(1) == (PlcPlace{QStringLiteral("127.0.0.9"), 502}));
+    changed.portName = QStringLiteral("COM1");
+    ASSERT_TRUE(comm.updateLink(changed));
+    EXPECT_EQ(comm.plcPlace(1), std::nullopt);
+    EXPECT_EQ(comm.plcPlace(0), std::nullopt);
+    EXPECT_EQ(comm.plcPlace(99), std::nullopt);
+
+    EXPECT_TRUE(Communication({link}).plcPlace(1) == (PlcPlace{QStringLiteral("127.0.0.1"), 502}));
+    options.plcHost = QStringLiteral("not a host");
+    EXPECT_TRUE(Communication({link}, options).plcPlace(1) == (PlcPlace{options.plcHost, server.port()}));
+}
+
 TEST_F(UpdateTest, TakesTheFormerPlcsValuesAway)
 {
     link.value.interval = 3'600'000;

@@ -68,7 +68,9 @@ TEST_P(DevicePageTest, ShowsEachLinkWithItsParameters)
 {
     EXPECT_EQ(textOf("linkName1"), QStringLiteral("1  Line PLC"));
     EXPECT_EQ(textOf("linkParameters1"),
-              QStringLiteral("127.0.0.1:502\nstation 1, every 200 ms, time-out 1000 ms, retries: 2"));
+              QStringLiteral("127.0.0.1:%1, in the project 127.0.0.1:502\n"
+                             "station 1, every 200 ms, time-out 1000 ms, retries: 2")
+                  .arg(session->plcAddress().port));
     EXPECT_EQ(textOf("linkParameters3"),
               QStringLiteral("COM1, 19200 baud, 8 data bits, even parity, stop bits: 1\n"
                              "station 4, every 500 ms, time-out 1500 ms, retries: 3"));
@@ -77,6 +79,16 @@ TEST_P(DevicePageTest, ShowsEachLinkWithItsParameters)
     link.timeout = 900;
     session->communication().updateLink(link);
     WAIT_FOR(textOf("linkParameters1").contains(QStringLiteral("time-out 900 ms")));
+}
+
+TEST_P(DevicePageTest, ShowsTheAddressToWhichTheOperatorMovedALink)
+{
+    LinkValue link = session->communication().getLinkValue(2);
+    link.ip4 = 9;
+    link.port = 1502;
+    ASSERT_TRUE(session->communication().updateLink(link));
+    WAIT_FOR(textOf("linkParameters2").startsWith(QStringLiteral("127.0.0.9:1502\n")));
+    EXPECT_TRUE(textOf("linkParameters1").contains(QStringLiteral("in the project")));
 }
 
 TEST_P(DevicePageTest, ShowsHowALinkIsDoing)
