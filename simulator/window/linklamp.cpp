@@ -39,7 +39,8 @@ bool isFilled(LinkCondition condition)
 LinkLamp::LinkLamp(int linkNumber, const QString &linkName, QWidget *parent)
     : QWidget(parent),
       m_linkNumber(linkNumber),
-      m_linkName(linkName)
+      m_linkName(linkName),
+      m_text(QString::number(linkNumber))
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
 }
@@ -57,11 +58,24 @@ void LinkLamp::setState(LinkCondition condition, const QString &description)
     update();
 }
 
-QSize LinkLamp::sizeHint() const
+void LinkLamp::setText(const QString &text)
+{
+    if (text == m_text)
+        return;
+    m_text = text;
+    updateGeometry();
+    update();
+}
+
+int LinkLamp::widthWith(const QString &text) const
 {
     ensurePolished();
-    return {diameter + gap + fontMetrics().horizontalAdvance(QString::number(m_linkNumber)) + 2,
-            qMax(diameter + 2, fontMetrics().height())};
+    return diameter + 2 + (text.isEmpty() ? 0 : gap + fontMetrics().horizontalAdvance(text));
+}
+
+QSize LinkLamp::sizeHint() const
+{
+    return {widthWith(m_text), qMax(diameter + 2, fontMetrics().height())};
 }
 
 void LinkLamp::paintEvent(QPaintEvent *)
@@ -82,8 +96,7 @@ void LinkLamp::paintEvent(QPaintEvent *)
         painter.drawLine(QPointF(sign.left(), sign.center().y()), QPointF(sign.right(), sign.center().y()));
     }
     painter.setPen(colour::onBar);
-    painter.drawText(rect().adjusted(diameter + gap, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                     QString::number(m_linkNumber));
+    painter.drawText(rect().adjusted(diameter + gap, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, m_text);
 }
 
 } // namespace panelkit::simulator

@@ -22,6 +22,11 @@ public:
     // The state, with what is to be said of it to those who ask. Draws anew only when that changes.
     void setState(LinkCondition condition, const QString &description);
 
+    // What stands beside the lamp: its link's number, unless something else is said, or nothing.
+    void setText(const QString &text);
+    QString text() const { return m_text; }
+
+    int widthWith(const QString &text) const;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -31,6 +36,7 @@ protected:
 private:
     const int m_linkNumber;
     const QString m_linkName;
+    QString m_text;
     LinkCondition m_condition = LinkCondition::Unknown;
 };
 

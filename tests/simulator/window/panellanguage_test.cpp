@@ -20,12 +20,15 @@ protected:
         ASSERT_TRUE(language.change(QStringLiteral("zh_CN"), error)) << error.toStdString();
     }
 
-    static void expectChinese(const TransferResult &result)
+    static QString textOf(const TransferResult &result)
     {
-        const QString text =
-            QString::fromStdString(describe(result)).remove(QStringLiteral("PLC"), Qt::CaseSensitive);
-        EXPECT_FALSE(text.contains(QRegularExpression(QStringLiteral("[A-Za-z]"))))
-            << text.toStdString() << " (" << result.detail << ")";
+        QString text = QString::fromStdString(describe(result));
+        return text.remove(QStringLiteral("PLC"));
+    }
+
+    static void expectChinese(const QString &text)
+    {
+        EXPECT_FALSE(text.contains(QRegularExpression(QStringLiteral("[A-Za-z]")))) << text.toStdString();
     }
 
     PanelLanguage language;
@@ -38,14 +41,21 @@ TEST_F(ChineseTransferText, HoldsNoEnglishReasonForAConnectionThatIsNotMade)
     for (const int reason :
          {ECONNREFUSED, ETIMEDOUT,     ECONNRESET,   ECONNABORTED, EPIPE,  ENOTCONN, EHOSTUNREACH,
           EHOSTDOWN,    ENETUNREACH,   ENETDOWN,     EDESTADDRREQ, EINVAL, EACCES,   EPERM,
-          EMFILE,       EADDRNOTAVAIL, EAFNOSUPPORT, ENFILE,       ENOMEM, ENOBUFS,  EXDEV})
-        expectChinese({TransferStatus::NotConnected, reason});
+          EMFILE,       EADDRNOTAVAIL, EAFNOSUPPORT, ENFILE,       ENOMEM, ENOBUFS}) {
+        const QString text = textOf({TransferStatus::NotConnected, reason});
+        expectChinese(text);
+        EXPECT_FALSE(text.contains(QString::number(reason))) << text.toStdString();
+    }
+    expectChinese(textOf({TransferStatus::NotConnected, EXDEV}));
     EXPECT_EQ(describe({TransferStatus::NotConnected, ECONNREFUSED}), "无法连接PLC：连接被拒绝");
 }
 
 TEST_F(ChineseTransferText, HoldsNoEnglishReasonForARefusal)
 {
-    for (int exception = 1; exception <= 11; ++exception)
-        expectChinese({TransferStatus::Refused, exception});
+    for (int exception = 1; exception <= 11; ++exception) {
+        const QString text = textOf({TransferStatus::Refused, exception});
+        expectChinese(text);
+        EXPECT_EQ(text.contains(QStringLiteral("：")), exception != 9) << text.toStdString();
+    }
     EXPECT_EQ(describe({TransferStatus::Refused, 2}), "PLC拒绝（异常2：非法数据地址）");
 }
