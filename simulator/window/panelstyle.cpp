@@ -106,7 +106,7 @@ void setPart(QWidget *widget, Part part)
 
 Sizes sizesFor(const QSize &screen)
 {
-    return isSmall(screen) ? Sizes{16, 14, 28, 6, 40} : Sizes{20, 17, 34, 10, 52};
+    return isSmall(screen) ? Sizes{16, 14, 28, 6, 44} : Sizes{20, 17, 34, 10, 52};
 }
 
 QString panelStyleSheet(const QSize &screen)

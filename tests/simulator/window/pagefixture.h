@@ -31,9 +31,9 @@ protected:
         auto *const layout = new QVBoxLayout(&screen);
         layout->setSpacing(0);
         if (simulator::isPortrait(screen.size()))
-            layout->setContentsMargins(0, 40, 0, 60);
+            layout->setContentsMargins(0, 44, 0, 60);
         else
-            layout->setContentsMargins(GetParam().width < 800 ? 84 : 140, GetParam().width < 800 ? 40 : 52, 0,
+            layout->setContentsMargins(GetParam().width < 800 ? 84 : 140, GetParam().width < 800 ? 44 : 52, 0,
                                        0);
         QObject::connect(&timer, &QTimer::timeout, &screen, [this] {
             session->flags().poll();

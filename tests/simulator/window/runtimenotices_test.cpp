@@ -79,7 +79,7 @@ protected:
         ASSERT_NE(shown, nullptr);
         QAbstractButton *ok = shown->button(QMessageBox::Ok);
         ASSERT_NE(ok, nullptr);
-        EXPECT_GE(ok->height(), 40);
+        EXPECT_GE(ok->height(), 44);
         tap(ok);
     }
 };
