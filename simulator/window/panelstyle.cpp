@@ -86,7 +86,7 @@ QComboBox QAbstractItemView::item, QListView::item { min-height: 44px; }
 
 QProgressBar { background: @card@; border: 1px solid @line@; border-radius: 6px; min-height: 24px;
     text-align: center; }
-QProgressBar::chunk { background: @accent@; border-radius: 5px; }
+QProgressBar::chunk { background: @progress@; border-radius: 5px; }
 
 QScrollArea, QScrollArea > QWidget > QWidget { background: transparent; border: none; }
 QScrollBar:vertical { background: transparent; width: 10px; margin: 0; }
@@ -127,6 +127,7 @@ QString panelStyleSheet(const QSize &screen)
         {"@bar@", colour::bar.name()},
         {"@onBar@", colour::onBar.name()},
         {"@accent@", colour::accent.name()},
+        {"@progress@", colour::progress.name()},
         {"@good@", colour::good.name()},
         {"@bad@", colour::bad.name()},
         {"@goodInk@", colour::good.darker(160).name()},
