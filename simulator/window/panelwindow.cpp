@@ -8,6 +8,7 @@
 #include "simulator/window/networkpage.h"
 #include "simulator/window/operatepage.h"
 #include "simulator/window/page.h"
+#include "simulator/window/pageparts.h"
 #include "simulator/window/pagerow.h"
 #include "simulator/window/panelheader.h"
 #include "simulator/window/panelruntime.h"
@@ -58,7 +59,8 @@ PanelWindow::PanelWindow(Session &session, QWidget *parent)
     connect(m_row, &PageRow::pageWanted, this, &PanelWindow::turnTo);
     connect(m_header, &PanelHeader::otherLanguageWanted, this, [this] {
         QString error;
-        changeLanguage(m_language.next(), error);
+        if (!changeLanguage(m_language.next(), error))
+            m_notices->show(breakablePath(error), 0, 1);
     });
     connect(m_runtime, &PanelRuntime::messageBoxWanted, m_notices, &RuntimeNotices::show);
     connect(&m_timer, &QTimer::timeout, this, &PanelWindow::refresh);
