@@ -95,6 +95,12 @@ QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::su
     background: transparent; }
 )";
 
+// Half of the width is not much for the name of a storage.
+const char *const portraitRules = R"(
+FileBrowser QComboBox { font-size: @caption@px; padding: 2px 4px; }
+FileBrowser QComboBox::drop-down { width: 18px; }
+)";
+
 } // namespace
 
 void setPart(QWidget *widget, Part part)
@@ -134,6 +140,8 @@ QString panelStyleSheet(const QSize &screen)
         {"@badInk@", colour::bad.darker(120).name()},
     };
     QString sheet = QString::fromLatin1(styleSheet);
+    if (isPortrait(screen))
+        sheet += QLatin1String(portraitRules);
     for (const auto &[word, value] : words)
         sheet.replace(QLatin1String(word), value);
     return sheet;

@@ -4,9 +4,12 @@
 #include "simulator/window/runtimenotices.h"
 #include "tests/simulator/window/cutofftexts.h"
 #include "tests/simulator/window/panelwindowfixture.h"
+#include "widgets/filebrowser.h"
 
+#include <QComboBox>
 #include <QPushButton>
 #include <QRegion>
+#include <QStyleOptionComboBox>
 
 using namespace panelkit::simulator;
 using panelkit::testing::cutOffTexts;
@@ -88,6 +91,31 @@ TEST_P(PanelWindowScreen, CutsNoTextOffInAnyLanguage)
             EXPECT_EQ(cutOffTexts(*window).join(QLatin1Char('\n')).toStdString(), "")
                 << page.toStdString() << ", " << language.toStdString();
         }
+    }
+}
+
+TEST_P(PanelWindowScreen, ShowsTheWholeNameOfEachStorageInTheFileBrowser)
+{
+    turnTo("export");
+    for (const QString &language : PanelLanguage::known()) {
+        ASSERT_TRUE(window->changeLanguage(language, error)) << error.toStdString();
+        tap(window->findChild<QPushButton *>(QStringLiteral("chooseFolder")));
+        QCoreApplication::processEvents();
+        auto *const browser = window->findChild<FileBrowser *>();
+        ASSERT_NE(browser, nullptr);
+        const auto *box = browser->findChild<QComboBox *>(QStringLiteral("cb_root_name"));
+        EXPECT_TRUE(browser->rect().contains(box->geometry())) << language.toStdString();
+        QStyleOptionComboBox option;
+        option.initFrom(box);
+        option.editable = false;
+        const int room = box->style()
+                             ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, box)
+                             .width();
+        for (int root = 0; root < box->count(); ++root)
+            EXPECT_LE(box->fontMetrics().horizontalAdvance(box->itemText(root)), room)
+                << box->itemText(root).toStdString();
+        tap(browser->findChild<QPushButton *>(QStringLiteral("btn_cancel")));
+        WAIT_FOR(window->findChild<FileBrowser *>() == nullptr);
     }
 }
 
