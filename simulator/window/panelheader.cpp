@@ -133,7 +133,7 @@ int PanelHeader::roomForLamps() const
 
 QString PanelHeader::textOf(const LinkLamp &lamp, Lamps lamps) const
 {
-    const QString number = QString::number(lamp.linkNumber());
+    QString number = QString::number(lamp.linkNumber());
     switch (lamps) {
     case Lamps::WithNumbers:
         return number;

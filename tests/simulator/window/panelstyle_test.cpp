@@ -28,7 +28,7 @@ double luminance(const QColor &colour)
 // From 1 (none) to 21 (black on white).
 double contrast(const QColor &left, const QColor &right)
 {
-    const auto [dark, light] = std::minmax(luminance(left), luminance(right));
+    const auto [dark, light] = std::minmax({luminance(left), luminance(right)});
     return (light + 0.05) / (dark + 0.05);
 }
 
