@@ -3,6 +3,8 @@
 #include "network/freespace.h"
 #include "register/interfacecomm.h"
 
+#include <QByteArray>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QString>
@@ -10,6 +12,7 @@
 #include <QVariant>
 
 #include <cstddef>
+#include <cstring>
 
 namespace {
 
@@ -100,17 +103,46 @@ void fetch(QSettings *settings, const Parameter (&parameters)[count], dynamecsli
         values.*parameter.field = settings->value(QLatin1String(parameter.key)).toInt();
 }
 
+// Whether the toolkit writes `c` as it read it, wherever in a name or a text it stands.
+bool staysAsItIs(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           (c != '\0' && std::strchr("_-./\\\"]", c) != nullptr);
+}
+
+// How many bytes the file has at most once the toolkit has written its settings anew: what an editor wrote
+// may then need quotes, or "\xe4" for one byte.
+qint64 rewrittenSize(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray content = file.readAll();
+    qint64 size = content.size();
+    bool isValue = false;
+    for (const char c : content) {
+        if (c == '\n' || (c == '=' && !isValue))
+            isValue = c == '=';
+        else if (!staysAsItIs(c))
+            size += 3;
+    }
+    return size;
+}
+
 // On a disk that fills up while the settings are written, the toolkit puts the part that it could write in
-// the place of the earlier file and reports success. So nothing is set that would not fit: the whole file
-// anew, the group of one link, and the file by which the toolkit locks the settings.
+// the place of the earlier file and reports success. So nothing is set that would not fit besides the earlier
+// file: the new one, with the group of one link in it, and the file by which the toolkit locks the settings.
+// Where the settings' name is a link, the new file comes to where it leads; the lock stays with the name.
 bool hasRoomForGroup(const QSettings *settings, const LinkValue &link)
 {
-    const qint64 longestGroup =
-        4096 + 6 * static_cast<qint64>(link.driverLib.size()); // "\x4e2d" for one character
-    const qint64 lockFile = 4096;
-    const QFileInfo file(settings->fileName());
-    const QString place = file.exists() ? file.canonicalFilePath() : file.filePath(); // where a link leads to
-    return panelkit::hasRoomBeside(place, file.size() + longestGroup + lockFile);
+    const qint64 longestNumbers = 256; // all keys and numbers of a link, the names of two groups
+    const qint64 longestDriver = 6 * static_cast<qint64>(link.driverLib.size()); // "\x4e2d" for a character
+    const qint64 longestLock = 256;                                              // process, program, host
+    const QString name = settings->fileName();
+    const QString target = QFileInfo(name).canonicalFilePath();
+    return panelkit::hasRoomFor(
+        {target.isEmpty() ? name : target, rewrittenSize(name) + longestNumbers + longestDriver},
+        {name, longestLock});
 }
 
 // The project's own parameters of the link.

@@ -1,15 +1,18 @@
 // Room on the disk, asked before something is written that must not be written by halves.
 #pragma once
 
-#include <QtGlobal>
-
-class QString;
+#include <QString>
 
 namespace panelkit {
 
-// Whether a new file of `size` bytes fits beside the file `fileName`: on its disk, and within the largest
-// file that this process may write. True also where that cannot be found out, as in a folder that takes no
-// new file.
-bool hasRoomBeside(const QString &fileName, qint64 size);
+struct NewFile
+{
+    QString beside; // a file, or where one would be: the new one comes into its folder
+    qint64 size;
+};
+
+// Whether two new files fit, both at once: on their disks, and within the largest file that this process may
+// write. True also where that cannot be found out, as in a folder that takes no new file.
+bool hasRoomFor(const NewFile &file, const NewFile &other);
 
 } // namespace panelkit
