@@ -15,8 +15,12 @@
 // The caller owns the QSettings object, chooses its file and format, and asks it about failures: when the
 // file may not be written, its status() is QSettings::AccessError after the save, and the change stays in the
 // object, so that a later sync() may still bring it to the disk. A file that is no settings file reads as far
-// as it can be read; status() may then be QSettings::FormatError. Whatever fails, the earlier settings on
-// disk stay whole.
+// as it can be read; status() may then be QSettings::FormatError.
+//
+// With Qt 5 and 6 the earlier settings on disk stay whole when a save fails: the new file is written beside
+// the old one and then put in its place. Qt 4.8 writes into the old file, which a loss of power may cut off.
+// The room on the disk is asked for before the file is written; with every Qt, settings are cut off when
+// somebody else takes that room in between.
 //
 // All functions run on the runtime's GUI thread, keep no state, and do not look at the results of register
 // operations.
