@@ -80,10 +80,11 @@ public:
     AddressVerdict explainAddress(const QString &linkName, const QString &block, const QString &number,
                                   object *target, int addrType, int length, int driverArg) const;
 
-    // Checks an address of the internal storage: "LB" takes bits, "LW" and "RWI" words; indexes run from 0 to
-    // 65535, and index and length together reach 65536 at most, for "LW" 65537. Returns 0, or 1 for the wrong
-    // access or another block, 2 for out of range, 4 when `number` is no base-10 integer. `target` may be
-    // null.
+    // Checks an address of the internal storage: "LB" takes bits, "LW" and "RWI" words. Indexes run from 0;
+    // index and length together reach 65536 at most, for "LW" 65537. An index of "LW" ends at 65535 besides;
+    // one of the others reaches 65536 with a length of 0, and beyond that with a negative length. Returns 0,
+    // or 1 for the wrong access or another block, 2 for out of range, 4 when `number` is no base-10 integer.
+    // `target` may be null.
     int loaclCheckAddress(object *target, const QString &block, const QString &number, int addrType,
                           int length);
 
