@@ -88,15 +88,17 @@ AddressVerdict checkInternal(AddressVerdict verdict, object *target, const QStri
     return verdict;
 }
 
+// The block is the part `name` of the author's text.
 AddressVerdict checkExternal(AddressVerdict verdict, const linkInfo_t &link, object *target,
-                             const QString &block, const QString &number, int addrType, int length,
-                             int driverArg, int station)
+                             const QString &blockText, TextPart name, const QString &number, int addrType,
+                             int length, int driverArg, int station)
 {
     if (target == nullptr)
         return refused(verdict, 3, AddressVerdict::NoTarget);
     if (link.checkAddr == nullptr)
         return refused(verdict, 3, AddressVerdict::NoDriver);
 
+    const QString block = blockText.mid(name.offset, name.length);
     QString driverBlock = block;
     QString driverNumber = number;
     int index = 0;
@@ -204,8 +206,8 @@ AddressVerdict address_check::explainAddress(const QString &linkName, const QStr
     }
     if (!panelkit::isListed(block, parts.name, found->blockNames))
         return refused(verdict, 3, AddressVerdict::UnknownBlock, AddressVerdict::BlockText, parts.name);
-    return checkExternal(verdict, *found, target, block.mid(parts.name.offset), number, addrType, length,
-                         driverArg, station);
+    return checkExternal(verdict, *found, target, block, parts.name, number, addrType, length, driverArg,
+                         station);
 }
 
 int address_check::loaclCheckAddress(object *target, const QString &block, const QString &number,
@@ -219,7 +221,8 @@ int address_check::loaclCheckAddress(object *target, const QString &block, const
 int address_check::externalCheckAddress(const linkInfo_t &link, object *target, QString block, QString number,
                                         int addrType, int length, int driverArg, int station)
 {
-    return checkExternal(AddressVerdict(), link, target, block, number, addrType, length, driverArg, station)
+    return checkExternal(AddressVerdict(), link, target, block, panelkit::whole(block), number, addrType,
+                         length, driverArg, station)
         .code;
 }
 
