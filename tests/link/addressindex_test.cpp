@@ -304,7 +304,10 @@ TEST_F(AddressIndex, FindsTheFileInTheFoldersOwnOrder)
     writeProjectList(R"({"links": [{"linkName": "PLC1", "linkDriver": "abc"}]})");
     for (const char *file : {"abcdef.so", "ABC.so", "xAbC.so", "zz-abc.so", "other.so", "0abc.so"})
         install(text(file));
+    for (int i = 1; i <= 100 && firstFileNamed(text("abc")) == text("0abc.so"); ++i)
+        install(text("%1abc.so").arg(i));
     const QString first = firstFileNamed(text("abc"));
+    ASSERT_NE(first, text("0abc.so")) << "the first by name must not be the folder's first";
     inOwnProcess([&] {
         EXPECT_EQ(lookUp("PLC1", "5"), 5);
         EXPECT_EQ(driverLog().value(0), text("load ") + first);
