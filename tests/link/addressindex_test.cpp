@@ -381,9 +381,11 @@ TEST_F(AddressIndex, IsExplained)
 {
     writeProjectList(
         R"({"links": [{"linkName": "good", "linkDriver": "First"}, {"linkName": "half", "linkDriver": "second"},
-                                   {"linkName": "text", "linkDriver": "third"}, {"linkName": "gone", "linkDriver": "fourth"}]})");
+                                   {"linkName": "text", "linkDriver": "third"}, {"linkName": "gone", "linkDriver": "fourth"},
+                                   {"linkName": "refused", "linkDriver": "fifth"}]})");
     install(text("first.so"));
     install(text("second.so"), "novalidity");
+    install(text("fifth.so"), "needsabsent");
     writeFile(text("/usr/tesk42/project/driver/third.so"), "a driver this is not\n");
     const auto describe = [](const AddressIndexOrigin &origin) {
         return text("%1 %2 %3 %4 %5 ")
@@ -403,6 +405,7 @@ TEST_F(AddressIndex, IsExplained)
         {"good", "keep", "-1 0 0 2 16 first ", folder + text("first.so")},
         {"half", "7", "-1 2 0 0 0 second ", folder + text("second.so")},
         {"text", "7", "-1 1 2 0 0 third ", folder + text("third.so")},
+        {"refused", "7", "-1 1 0 0 0 fifth ", folder + text("fifth.so")},
         {"gone", "1.1", "17 4 1 0 0 fourth ", QString()},
         {"other", "1.1", "17 3 1 0 0  ", QString()},
     };

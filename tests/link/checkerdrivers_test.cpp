@@ -137,10 +137,12 @@ TEST_F(CheckerDrivers, ThatCannotCheckRejectEveryBlock)
     project.addLink(2, text("no library"), text("text"));
     project.addLink(3, text("empty"), text("empty"));
     project.addLink(4, text("missing"), text("missing"));
+    install(text("libneeds_6.so"), "needsabsent");
     project.addLink(5, text("no reference"), QString());
+    project.addLink(6, text("needs a library"), text("needs"));
     address_check checker(project.root());
     EXPECT_EQ(driverLog(), QStringList() << text("load libnocheck_1.so"));
-    for (const char *block : {"1/D", "1/CODE", "2/D", "2/KEEP", "3/D", "4/D", "5/D"})
+    for (const char *block : {"1/D", "1/CODE", "2/D", "2/KEEP", "3/D", "4/D", "5/D", "6/D"})
         EXPECT_EQ(check(checker, block, "1"), -1) << block;
     EXPECT_EQ(project.written(), untouched);
 }

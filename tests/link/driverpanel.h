@@ -22,7 +22,7 @@ protected:
     void writeFile(const QString &path, const QByteArray &content);
 
     // Puts a copy of a driver built for the tests into the driver folder: "testdriver", or one without an
-    // entry point: "nocheck", "nodescription", "novalidity".
+    // entry point: "nocheck", "nodescription", "novalidity"; "needsabsent" is whole, and does not load.
     void install(const QString &fileName, const char *variant = "testdriver");
 
     static QByteArray driverBytes(const char *variant = "testdriver");
