@@ -2,6 +2,7 @@
 
 #include "link/addresssyntax.h"
 #include "link/driverfile.h"
+#include "link/driverlibrary.h"
 #include "link/utf8text.h"
 #include "platform/device_struct.h"
 #include "platform/qtcompat.h"
@@ -122,12 +123,24 @@ linkInfo_t readLink(object *node)
     link.plcID = object_get_property_value_type_string(node, "PLCID", QString()).toInt(nullptr, 10);
     link.linkName = object_get_property_value_type_string(node, "linkName", QString());
 
-    const QString path = tools_driverFilePath(
-        object_get_property_value_type_string(node, "driverLib", QString()), link.linkID);
-    link.library = new QLibrary(path);
-    if (tools_driverFileState(path) == DriverFileState::Complete && link.library->load())
-        link.checkAddr = reinterpret_cast<CheckAddrFunction>(link.library->resolve("intf_checkAddr"));
+    link.library = new QLibrary(tools_driverFilePath(
+        object_get_property_value_type_string(node, "driverLib", QString()), link.linkID));
     return link;
+}
+
+// What closeDriver takes, null when the driver does not load.
+void *loadDriver(linkInfo_t &link)
+{
+    const QString path = link.library->fileName();
+    if (tools_driverFileState(path) != DriverFileState::Complete)
+        return nullptr;
+    void *driver = panelkit::openDriver(path);
+    if (driver == nullptr)
+        return nullptr;
+    panelkit::loadIfCounted(*link.library);
+    link.checkAddr =
+        reinterpret_cast<CheckAddrFunction>(panelkit::driverEntryPoint(driver, "intf_checkAddr"));
+    return driver;
 }
 
 } // namespace
@@ -139,12 +152,10 @@ address_check::address_check(object *root)
     object *folder = root == nullptr ? nullptr : object_get_child(root, "link");
     if (folder != nullptr) {
         for (object *node = object_first_child(folder); node != nullptr; node = object_next(node)) {
-            const linkInfo_t link = readLink(node);
+            linkInfo_t link = readLink(node);
             linkNames << link.linkName;
+            heldDrivers.insert(link.linkID, loadDriver(link));
             linkMap.insert(link.linkID, link);
-            heldLibraries.insert(link.linkID, link.library->isLoaded()
-                                                  ? panelkit::holdLibrary(link.library->fileName())
-                                                  : nullptr);
         }
     }
     for (const QString &name : static_cast<const QStringList &>(linkNames))
@@ -154,11 +165,11 @@ address_check::address_check(object *root)
 address_check::~address_check()
 {
     for (QMap<qint32, linkInfo_t>::iterator link = linkMap.begin(); link != linkMap.end(); ++link) {
-        if (link->library->isLoaded())
-            link->library->unload();
+        if (link->library != nullptr)
+            panelkit::unloadIfCounted(*link->library);
         delete link->library;
-        panelkit::releaseLibrary(heldLibraries.value(link.key()));
         link->library = nullptr;
+        panelkit::closeDriver(heldDrivers.value(link.key()));
         link->checkAddr = nullptr;
     }
 }

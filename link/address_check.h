@@ -109,6 +109,6 @@ private:
     QStringList localBlocks;
     QStringList linkNames;
 
-    QSet<QString> knownNames;           // linkNames, to be found at once among many
-    QMap<qint32, void *> heldLibraries; // by link number
+    QSet<QString> knownNames;         // linkNames, to be found at once among many
+    QMap<qint32, void *> heldDrivers; // by link number
 };

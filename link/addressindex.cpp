@@ -2,11 +2,11 @@
 
 #include "link/addresssyntax.h"
 #include "link/driverinterface.h"
+#include "link/driverlibrary.h"
 #include "link/driversearch.h"
 #include "link/linklist.h"
 #include "runtime/devicemodel.h"
 
-#include <QLibrary>
 #include <QMap>
 #include <QStringList>
 
@@ -31,12 +31,12 @@ void findDriverName(const QString &linkName, bool useProjectLinks, AddressIndexO
     origin.driver = linkNameToDriverNameMap.value(linkName);
 }
 
-void askDriver(QLibrary &driver, const QString &regName, const QString &addrText, AddressIndexOrigin &origin)
+void askDriver(void *driver, const QString &regName, const QString &addrText, AddressIndexOrigin &origin)
 {
-    const CheckAddrValidityFunction checkValidity =
-        reinterpret_cast<CheckAddrValidityFunction>(driver.resolve("intf_checkAddrValidity"));
-    const GetRegDiscriptionFunction describe =
-        reinterpret_cast<GetRegDiscriptionFunction>(driver.resolve("intf_getRegDiscription"));
+    const CheckAddrValidityFunction checkValidity = reinterpret_cast<CheckAddrValidityFunction>(
+        panelkit::driverEntryPoint(driver, "intf_checkAddrValidity"));
+    const GetRegDiscriptionFunction describe = reinterpret_cast<GetRegDiscriptionFunction>(
+        panelkit::driverEntryPoint(driver, "intf_getRegDiscription"));
     if (checkValidity == nullptr || describe == nullptr) {
         origin.source = AddressIndexOrigin::DriverIncomplete;
         return;
@@ -89,10 +89,10 @@ AddressIndexOrigin tools_explainAddrIndex(const QString &linkName, const QString
     origin.fileState = tools_driverFileState(origin.file);
     if (origin.fileState != DriverFileState::Complete)
         return origin;
-    QLibrary driver(origin.file);
-    if (driver.load())
+    if (void *driver = panelkit::openDriver(origin.file)) {
         askDriver(driver, regName, addrText, origin);
-    driver.unload();
+        panelkit::closeDriver(driver);
+    }
     return origin;
 }
 

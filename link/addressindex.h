@@ -16,7 +16,8 @@
 //
 // The list is read once per process, by the first call that finds a list with an element in it:
 // `useProjectLinks` takes the project's list (on a gateway box the IoT runtime's), else the IoT runtime's.
-// Later calls use what was read then, whatever they ask for. For one thread at a time.
+// Later calls use what was read then, whatever they ask for. For one thread at a time; later calls may run at
+// once where their driver lets them.
 PANELKIT_EXPORT int tools_getAddrIndexFromDriverName(QString linkName, QString regName, QString addrText,
                                                      bool useProjectLinks);
 

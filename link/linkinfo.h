@@ -21,8 +21,11 @@ struct linkInfo_t
     qint32 addressMode = 0; // 1: an address names its station itself; else the link's station holds
     qint32 plcID = 0;       // the link's station
     QString linkName;
-    QString blockNames;                    // the driver's register blocks, separated by ","
-    QString spare;                         // always empty
-    QLibrary *library = nullptr;           // the link's driver, loaded or not; the address checker's
+    QString blockNames; // the driver's register blocks, separated by ","
+    QString spare;      // always empty
+    // The link's driver file; the address checker's. Loaded when the driver is, but with Qt 6, where the
+    // checker holds the driver without it: there, resolve() would load it, and nobody unload it.
+    QLibrary *library = nullptr;
+
     CheckAddrFunction checkAddr = nullptr; // null when the driver does not load or lacks the entry point
 };

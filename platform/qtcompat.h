@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QLibrary>
 #include <QString>
 #include <QTimer>
 #include <QVariant>
@@ -14,12 +15,6 @@
 
 #if QT_VERSION >= 0x050300
 #include <QPageSize>
-#endif
-
-#if QT_VERSION >= 0x060000
-#include <QFile>
-
-#include <dlfcn.h>
 #endif
 
 namespace panelkit {
@@ -37,25 +32,24 @@ inline QVariant variantFromJson(const QByteArray &text, bool &isJson)
 #endif
 }
 
-// Keeps the library that a QLibrary has loaded from `path` in the process, until releaseLibrary takes what
-// this returns. Qt 6 does not count its objects for one file: whichever unloads first would take it from all.
-inline void *holdLibrary(const QString &path)
+// Loads `library` where its unloading takes the file from nobody else. Qt 6 does not count an object that is
+// made while another has the file loaded: the first to unload takes it from all, so none is loaded there.
+inline void loadIfCounted(QLibrary &library)
 {
-#if QT_VERSION >= 0x060000
-    return dlopen(QFile::encodeName(path).constData(), RTLD_LAZY | RTLD_NOLOAD);
+#if QT_VERSION < 0x060000
+    library.load();
 #else
-    (void)path;
-    return nullptr;
+    Q_UNUSED(library)
 #endif
 }
 
-inline void releaseLibrary(void *held)
+inline void unloadIfCounted(QLibrary &library)
 {
-#if QT_VERSION >= 0x060000
-    if (held != nullptr)
-        dlclose(held);
+#if QT_VERSION < 0x060000
+    if (library.isLoaded())
+        library.unload();
 #else
-    (void)held;
+    Q_UNUSED(library)
 #endif
 }
 

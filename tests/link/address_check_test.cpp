@@ -4,6 +4,8 @@
 #include "tests/link/driverpanel.h"
 #include "tests/support/allocationcounter.h"
 
+#include <QLibrary>
+
 #include <memory>
 #include <type_traits>
 
@@ -407,7 +409,8 @@ TEST_F(AddressCheck, KeepsItsThreeRecordsInFrontAndInOrder)
     EXPECT_EQ(link.linkName, text("PLC2"));
     EXPECT_EQ(link.blockNames, text("D,12"));
     EXPECT_EQ(link.spare, QString());
-    EXPECT_NE(link.library, nullptr);
+    ASSERT_NE(link.library, nullptr);
+    EXPECT_EQ(link.library->isLoaded(), QT_VERSION < 0x060000) << "Qt 6 would take it from others";
     EXPECT_NE(link.checkAddr, nullptr);
     EXPECT_NE(linkMap->value(4).library, nullptr);
     EXPECT_EQ(linkMap->value(4).checkAddr, nullptr);

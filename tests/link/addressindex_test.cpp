@@ -3,14 +3,17 @@
 #include "link/addressindex.h"
 
 #include "link/address_check.h"
+#include "link/linkinfo.h"
 #include "tests/link/driverpanel.h"
 
 #include <QDir>
 #include <QFile>
+#include <QLibrary>
 
 #include <cstdlib>
 #include <functional>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -374,6 +377,47 @@ TEST_F(AddressIndex, LeavesACheckerTheDriverThatItHolds)
             EXPECT_EQ(driverLog().filter(text("load")), QStringList());
         }
         EXPECT_EQ(driverLog(), QStringList() << text("unload libtest_1.so"));
+    });
+}
+
+TEST_F(AddressIndex, LeavesAHostsOwnLibraryLoaded)
+{
+    writeProjectList(R"({"links": [{"linkName": "PLC1", "linkDriver": "test"}]})");
+    install(text("libtest_1.so"));
+    inOwnProcess([&] {
+        QLibrary host(folder + text("libtest_1.so"));
+        ASSERT_TRUE(host.load());
+        EXPECT_EQ(lookUp("PLC1", "5"), 5);
+        EXPECT_EQ(lookUp("PLC1", "6"), 6);
+        EXPECT_EQ(driverLog().filter(text("load")), QStringList() << text("load libtest_1.so"));
+        ASSERT_TRUE(host.isLoaded());
+        const CheckAddrFunction checkAddr =
+            reinterpret_cast<CheckAddrFunction>(host.resolve("intf_checkAddr"));
+        ASSERT_NE(checkAddr, nullptr);
+        QString block = text("D");
+        QString number = text("31");
+        int index = 0;
+        EXPECT_EQ(checkAddr(block, number, index, 0, 1, 0), 0);
+        EXPECT_EQ(index, 31);
+    });
+}
+
+TEST_F(AddressIndex, LeavesAnotherThreadTheDriverThatItAsks)
+{
+    writeProjectList(R"({"links": [{"linkName": "PLC1", "linkDriver": "test"}]})");
+    install(text("libtest_1.so"));
+    inOwnProcess([&] {
+        ASSERT_EQ(lookUp("PLC1", "5"), 5); // reads the list, which later calls only look into
+        int found[2] = {0, 0};
+        const auto lookUpOften = [](int &right) {
+            for (int i = 0; i < 300; ++i)
+                right += lookUp("PLC1", "7") == 7 ? 1 : 0;
+        };
+        std::thread other(lookUpOften, std::ref(found[0]));
+        lookUpOften(found[1]);
+        other.join();
+        EXPECT_EQ(found[0], 300);
+        EXPECT_EQ(found[1], 300);
     });
 }
 

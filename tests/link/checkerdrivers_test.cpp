@@ -2,7 +2,10 @@
 
 #include "link/address_check.h"
 
+#include "link/driverfile.h"
 #include "tests/link/driverpanel.h"
+
+#include <QLibrary>
 
 namespace {
 
@@ -192,4 +195,51 @@ TEST_F(CheckerDrivers, ServeSeveralCheckersAtOnce)
     EXPECT_EQ(driverLog().filter(text("load")), QStringList() << text("load libtest_1.so"));
     EXPECT_EQ(check(first, "D", "2"), 0);
     EXPECT_EQ(project.written(), text("PLC1|D|2|2|9|1"));
+}
+
+TEST_F(CheckerDrivers, LeaveAHostsOwnLibraryLoaded)
+{
+    install(text("libtest_1.so"));
+    project.addLink(1, text("PLC1"), text("test"));
+    for (const bool hostIsFirst : {true, false}) {
+        SCOPED_TRACE(hostIsFirst ? "loaded before the checker's" : "loaded after the checker's");
+        QLibrary host(tools_driverFilePath(text("test"), 1));
+        if (hostIsFirst)
+            host.load();
+        {
+            address_check checker(project.root());
+            host.load();
+            EXPECT_EQ(check(checker, "D", "1"), 0);
+        }
+        EXPECT_EQ(driverLog().filter(text("load")), QStringList() << text("load libtest_1.so"));
+        ASSERT_TRUE(host.isLoaded());
+        const CheckAddrFunction checkAddr =
+            reinterpret_cast<CheckAddrFunction>(host.resolve("intf_checkAddr"));
+        ASSERT_NE(checkAddr, nullptr);
+        QString block = text("D");
+        QString number = text("31");
+        int index = 0;
+        EXPECT_EQ(checkAddr(block, number, index, 0, 1, 0), 0);
+        EXPECT_EQ(index, 31);
+        driverLog();
+        EXPECT_TRUE(host.unload());
+        EXPECT_EQ(driverLog(), QStringList() << text("unload libtest_1.so"));
+    }
+}
+
+TEST_F(CheckerDrivers, StayWhenAHostUnloadsItsOwnLibrary)
+{
+    install(text("libtest_1.so"));
+    project.addLink(1, text("PLC1"), text("test"));
+    QLibrary host(tools_driverFilePath(text("test"), 1));
+    host.load();
+    {
+        address_check checker(project.root());
+        host.unload();
+        EXPECT_EQ(driverLog(), QStringList() << text("load libtest_1.so"));
+        EXPECT_EQ(check(checker, "D", "7"), 0);
+        EXPECT_EQ(project.written(), text("PLC1|D|7|7|9|1"));
+        driverLog();
+    }
+    EXPECT_EQ(driverLog(), QStringList() << text("unload libtest_1.so"));
 }
