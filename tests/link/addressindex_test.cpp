@@ -15,6 +15,10 @@
 #include <limits>
 #include <thread>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace {
 
 QString text(const char *latin1)
@@ -406,18 +410,20 @@ TEST_F(AddressIndex, LeavesAnotherThreadTheDriverThatItAsks)
 {
     writeProjectList(R"({"links": [{"linkName": "PLC1", "linkDriver": "test"}]})");
     install(text("libtest_1.so"));
+    const QByteArray gate = QFile::encodeName(root.filePath(text("gate")));
+    ASSERT_EQ(mkfifo(gate.constData(), 0600), 0);
     inOwnProcess([&] {
         ASSERT_EQ(lookUp("PLC1", "5"), 5); // reads the list, which later calls only look into
-        int found[2] = {0, 0};
-        const auto lookUpOften = [](int &right) {
-            for (int i = 0; i < 300; ++i)
-                right += lookUp("PLC1", "7") == 7 ? 1 : 0;
-        };
-        std::thread other(lookUpOften, std::ref(found[0]));
-        lookUpOften(found[1]);
+        driverLog();
+        int index = 0;
+        std::thread other([&] { index = lookUp("PLC1", gate.constData()); });
+        const int gateKeeper = open(gate.constData(), O_WRONLY | O_CLOEXEC); // when the driver is at the gate
+        EXPECT_EQ(lookUp("PLC1", "7"), 7);
+        EXPECT_EQ(driverLog().filter(text("load")), QStringList() << text("load libtest_1.so"));
+        close(gateKeeper);
         other.join();
-        EXPECT_EQ(found[0], 300);
-        EXPECT_EQ(found[1], 300);
+        EXPECT_EQ(index, 77);
+        EXPECT_EQ(driverLog(), QStringList() << text("unload libtest_1.so"));
     });
 }
 

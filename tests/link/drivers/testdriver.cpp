@@ -77,14 +77,27 @@ extern "C" PANELKIT_EXPORT int intf_getRegDiscription(QString &regName, QStringL
 #endif
 
 #ifndef WITHOUT_VALIDITY
-// The text "keep" leaves the index alone, any other is the index.
+static void waitAt(const char *pipe)
+{
+    if (std::FILE *gate = std::fopen(pipe, "r")) {
+        std::fgetc(gate);
+        std::fclose(gate);
+    }
+}
+
+// The text "keep" leaves the index alone; the path of a pipe waits until its writer has come and gone, and
+// gives 77; any other is the index.
 extern "C" PANELKIT_EXPORT int intf_checkAddrValidity(QString &regName, QString &addrText, int &index,
                                                       int mode, int width)
 {
     note(QLatin1String("validity ") + regName + QLatin1Char(' ') + addrText +
          QString::fromLatin1(" %1 mode %2 width %3").arg(index).arg(mode).arg(width));
-    if (addrText != QLatin1String("keep"))
+    if (addrText.startsWith(QLatin1Char('/'))) {
+        waitAt(addrText.toUtf8().constData());
+        index = 77;
+    } else if (addrText != QLatin1String("keep")) {
         index = addrText.toInt();
+    }
     addrText.clear();
     return 0;
 }
