@@ -24,12 +24,14 @@ const LinkDefinition *findLink(const Project &project, int number)
 // The first and the last number of the block, where the link's driver is one of our own; else nothing.
 QStringList numberRange(const linkInfo_t &link, const QString &block)
 {
+    QLibrary driver(link.library->fileName()); // with Qt 6 the record's own is not loaded, and must not be
     const auto describe =
-        reinterpret_cast<GetRegDiscriptionFunction>(link.library->resolve("intf_getRegDiscription"));
+        reinterpret_cast<GetRegDiscriptionFunction>(driver.resolve("intf_getRegDiscription"));
     QString name = block;
     QStringList description;
     if (describe != nullptr)
         describe(name, description);
+    driver.unload();
     return description.size() == 5 ? description.mid(1, 2) : QStringList();
 }
 
