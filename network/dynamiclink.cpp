@@ -12,7 +12,7 @@
 #include <QVariant>
 
 #include <cstddef>
-#include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -103,12 +103,9 @@ void fetch(QSettings *settings, const Parameter (&parameters)[count], dynamecsli
         values.*parameter.field = settings->value(QLatin1String(parameter.key)).toInt();
 }
 
-// Whether the toolkit writes `c` as it read it, wherever in a name or a text it stands.
-bool staysAsItIs(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           (c != '\0' && std::strchr("_-./\\\"]", c) != nullptr);
-}
+// What the toolkit writes as it read it, wherever in a name or a text it stands.
+constexpr std::string_view keptAsItIs =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-./\\\"]";
 
 // How many bytes the file has at most once the toolkit has written its settings anew: what an editor wrote
 // may then need quotes, or "\xe4" for one byte.
@@ -123,7 +120,7 @@ qint64 rewrittenSize(const QString &fileName)
     for (const char c : content) {
         if (c == '\n' || (c == '=' && !isValue))
             isValue = c == '=';
-        else if (!staysAsItIs(c))
+        else if (keptAsItIs.find(c) == std::string_view::npos)
             size += 3;
     }
     return size;

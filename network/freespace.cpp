@@ -14,8 +14,7 @@ namespace {
 bool mayWrite(qint64 size)
 {
     rlimit limit;
-    return getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY ||
-           static_cast<rlim_t>(size) <= limit.rlim_cur;
+    return getrlimit(RLIMIT_FSIZE, &limit) != 0 || static_cast<rlim_t>(size) <= limit.rlim_cur;
 }
 
 // Takes up the room until it goes.

@@ -331,6 +331,40 @@ TEST_F(LinkSettings, StayWholeWhenTheyWouldNotFitOnTheDisk)
     }
 }
 
+// Room is asked for what is in the file, three bytes more for each that may have to be written otherwise, and
+// 352 bytes: 256 for a group of numbers, six for each of the 16 letters of the driver library.
+TEST_F(LinkSettings, AreSavedAsSoonAsTheyFitForSure)
+{
+    const struct
+    {
+        const char *name;
+        QByteArray content;
+        int growth;
+    } rows[] = {
+        {"nothing", "", 0},
+        {"no group", "key=1\n", 0},
+        {"as the toolkit writes it", serialGroup, 3}, // the bracket may get an empty line in front of it
+        {"two groups", "[a]\nkey=1\n\n[b]\nkey=1\n", 6},
+        {"a second sign in a line", "a=b=c\nd=e\n", 3},
+        {"blank, semicolon and letter", "a=b ;\xe4\n", 9},
+        {"a zero", QByteArray("a=\0\n", 4), 3},
+        {"signs that stay", "a=_-./\\\"]\n", 0},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const QString name = folder.filePath(QString::fromLatin1(row.name));
+        const auto saveWithin = [&](rlim_t limit) {
+            QSettings limited(name, QSettings::IniFormat);
+            editLink(3);
+            return limitFileSize(limit) ? save(limited) : 2;
+        };
+        const rlim_t needed = static_cast<rlim_t>(row.content.size() + row.growth + 352);
+        ASSERT_TRUE(row.content.isEmpty() || write(name, row.content));
+        EXPECT_EQ(inOwnProcess([&] { return saveWithin(needed - 1); }), 0);
+        EXPECT_EQ(inOwnProcess([&] { return saveWithin(needed); }), 1);
+    }
+}
+
 // The file holds six bytes for each letter of a driver library's name that is not ASCII.
 TEST_F(LinkSettings, StayWholeWhenTheDriversNameAloneWouldNotFit)
 {
