@@ -40,4 +40,30 @@ ItemDisplay displayItem(const Session &session, std::size_t index)
     return display;
 }
 
+std::vector<ItemDisplay> displayItems(const Session &session)
+{
+    std::vector<ItemDisplay> displays;
+    for (std::size_t i = 0; i < session.project().items.size(); ++i)
+        displays.push_back(displayItem(session, i));
+    return displays;
+}
+
+bool isOwed(const Session &session, const ItemDisplay &display)
+{
+    if (display.isCurrent)
+        return false;
+    switch (session.communication().linkState(display.linkNumber).condition) {
+    case LinkCondition::Unknown:
+    case LinkCondition::Internal:
+    case LinkCondition::WithoutConnection:
+        return false;
+    case LinkCondition::Idle:
+    case LinkCondition::Connected:
+    case LinkCondition::Disturbed:
+    case LinkCondition::Away:
+        break;
+    }
+    return true;
+}
+
 } // namespace panelkit::simulator

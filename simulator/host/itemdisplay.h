@@ -5,6 +5,7 @@
 #include <QVector>
 
 #include <cstddef>
+#include <vector>
 
 namespace panelkit::simulator {
 
@@ -27,5 +28,12 @@ bool isDisplayedAtOnce(const Session &session, std::size_t index);
 
 // Goes the whole road for `session.project().items[index]`: node, address record, words, text.
 ItemDisplay displayItem(const Session &session, std::size_t index);
+
+// The same for all items, in their order.
+std::vector<ItemDisplay> displayItems(const Session &session);
+
+// Whether a PLC should have given the item's words and has not: it is away, refuses them or has not answered
+// in time. What lies on a link without connection is owed by nobody.
+bool isOwed(const Session &session, const ItemDisplay &display);
 
 } // namespace panelkit::simulator

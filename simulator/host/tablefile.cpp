@@ -52,15 +52,14 @@ qint64 sizeInGbk(const Table &table, bool withHeader)
 
 } // namespace
 
-Table itemTable(const Session &session, const QDateTime &time)
+Table itemTable(const Session &session, const std::vector<ItemDisplay> &displays, const QDateTime &time)
 {
     Table table;
     table.header << QStringLiteral("Time,Item,Address,Value");
     const QString timeText = time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    for (std::size_t i = 0; i < session.project().items.size(); ++i) {
-        const ItemDisplay display = displayItem(session, i);
-        table.rows << QStringList{timeText, session.project().items[i].name, display.address, display.text};
-    }
+    for (std::size_t i = 0; i < displays.size(); ++i)
+        table.rows << QStringList{timeText, session.project().items.at(i).name, displays[i].address,
+                                  displays[i].isCurrent ? displays[i].text : QString()};
     return table;
 }
 

@@ -7,10 +7,12 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace panelkit::simulator {
 
 class Session;
+struct ItemDisplay;
 
 struct Table
 {
@@ -18,8 +20,9 @@ struct Table
     QList<QStringList> rows;
 };
 
-// A row for each item of the session's project: time, name, address and the text on the screen.
-Table itemTable(const Session &session, const QDateTime &time);
+// A row for each item of the session's project, of which `displays` are: time, name, address and the text on
+// the screen. The text is empty where the value is not current, so that nobody takes it for a measured zero.
+Table itemTable(const Session &session, const std::vector<ItemDisplay> &displays, const QDateTime &time);
 
 // The table of a CSV file in any encoding that is recognised, its first line being the header. Nothing, with
 // one line in `error`, when the file cannot be read.

@@ -2,6 +2,7 @@
 
 #include "simulator/comm/communication.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace panelkit::simulator {
@@ -105,7 +106,7 @@ std::unique_ptr<Session> openSession(const SessionOptions &options, ExitCode &ex
     return session;
 }
 
-ExitCode doneIfEveryPlcAnswers(const Session &session)
+ExitCode doneIfEveryPlcAnswers(const Session &session, const std::vector<ItemDisplay> &displays)
 {
     const Communication &comm = session.communication();
     for (const int number : comm.linkNumbers()) {
@@ -113,7 +114,9 @@ ExitCode doneIfEveryPlcAnswers(const Session &session)
         if (condition == LinkCondition::Away || condition == LinkCondition::Disturbed)
             return ExitCode::NoAnswer;
     }
-    return ExitCode::Done;
+    const bool isOneOwed = std::any_of(displays.begin(), displays.end(),
+                                       [&](const ItemDisplay &display) { return isOwed(session, display); });
+    return isOneOwed ? ExitCode::NoAnswer : ExitCode::Done;
 }
 
 void sayWhatIsKept(const QCommandLineParser &parser)

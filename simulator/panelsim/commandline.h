@@ -1,6 +1,7 @@
 // What the commands of panelsim share: their options, exit codes and the way they complain.
 #pragma once
 
+#include "simulator/host/itemdisplay.h"
 #include "simulator/host/session.h"
 
 #include <QCommandLineParser>
@@ -9,6 +10,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace panelkit::simulator {
 
@@ -43,8 +45,9 @@ std::unique_ptr<Session> openSession(const QCommandLineParser &parser, SessionOp
                                      ExitCode &exitCode);
 std::unique_ptr<Session> openSession(const SessionOptions &options, ExitCode &exitCode);
 
-// Done, or NoAnswer when the PLC of a link of the session did not answer.
-ExitCode doneIfEveryPlcAnswers(const Session &session);
+// Done, or NoAnswer when the PLC of a link of the session did not answer, or owes one of the values that were
+// displayed.
+ExitCode doneIfEveryPlcAnswers(const Session &session, const std::vector<ItemDisplay> &displays);
 
 // Says below which root lies what a command has set, or that it is not kept.
 void sayWhatIsKept(const QCommandLineParser &parser);

@@ -4,6 +4,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace panelkit::simulator {
 
 namespace {
@@ -40,7 +42,7 @@ QString contradiction(const QCommandLineParser &parser)
 }
 
 // The table that the options ask for, or nothing after a complaint. `exitCode` is what to exit with, also
-// when a PLC did not answer and its items are exported as they are.
+// when a PLC did not answer and its items are exported without a value.
 std::optional<Table> takeTable(const QCommandLineParser &parser, ExitCode &exitCode)
 {
     if (parser.isSet(QStringLiteral("from"))) {
@@ -56,9 +58,18 @@ std::optional<Table> takeTable(const QCommandLineParser &parser, ExitCode &exitC
     if (!session)
         return std::nullopt;
     watchItems(*session);
-    const Table table = itemTable(*session, QDateTime::currentDateTime());
-    exitCode = doneIfEveryPlcAnswers(*session);
-    return table;
+    const std::vector<ItemDisplay> displays = displayItems(*session);
+    const auto owed = std::count_if(displays.begin(), displays.end(), [&session](const ItemDisplay &display) {
+        return isOwed(*session, display);
+    });
+    if (owed > 0)
+        complain(
+            QStringLiteral("warning: %1 of %2 values are left empty: the PLC did not give them; 'panelsim "
+                           "show' says which")
+                .arg(owed)
+                .arg(displays.size()));
+    exitCode = doneIfEveryPlcAnswers(*session, displays);
+    return itemTable(*session, displays, QDateTime::currentDateTime());
 }
 
 } // namespace

@@ -123,7 +123,7 @@ ExitCode takePicture(const Session &session, PanelWindow &window, const QString 
     }
     print(QStringLiteral("%1: %2 x %3 pixels\n")
               .arg(file, QString::number(window.width()), QString::number(window.height())));
-    return doneIfEveryPlcAnswers(session);
+    return doneIfEveryPlcAnswers(session, displayItems(session));
 }
 
 } // namespace

@@ -23,10 +23,10 @@ QStringList hexWords(const QVector<quint16> &words)
     return texts;
 }
 
-// Why the text of an item on that link need not be what the PLC holds; empty when it is.
-QString doubt(const Communication &comm, int linkNumber)
+// Why the text of an item need not be what the PLC holds; empty when it is.
+QString doubt(const Communication &comm, const ItemDisplay &display)
 {
-    switch (comm.linkState(linkNumber).condition) {
+    switch (comm.linkState(display.linkNumber).condition) {
     case LinkCondition::WithoutConnection:
         return QStringLiteral("without connection");
     case LinkCondition::Away:
@@ -35,26 +35,29 @@ QString doubt(const Communication &comm, int linkNumber)
         return QStringLiteral("link disturbed");
     case LinkCondition::Unknown:
         return QStringLiteral("unknown link");
-    default:
-        return QString();
+    case LinkCondition::Internal:
+    case LinkCondition::Idle:
+    case LinkCondition::Connected:
+        break;
     }
+    return display.isCurrent ? QString() : QStringLiteral("no value");
 }
 
-QString itemTable(const Session &session)
+QString itemTable(const Session &session, const std::vector<ItemDisplay> &displays)
 {
     QList<QStringList> rows{{QStringLiteral("ITEM"), QStringLiteral("ADDRESS"), QStringLiteral("WORDS"),
                              QStringLiteral("TYPE"), QStringLiteral("VIEW"), QStringLiteral("SHOWN"),
                              QString()}};
     for (std::size_t i = 0; i < session.project().items.size(); ++i) {
         const ItemDefinition &item = session.project().items[i];
-        const ItemDisplay display = displayItem(session, i);
+        const ItemDisplay &display = displays[i];
         rows << QStringList{item.name,
                             display.address,
                             hexWords(display.words).join(QLatin1Char(' ')),
                             typeName(item.type),
                             viewName(item.view),
                             display.text,
-                            doubt(session.communication(), display.linkNumber)};
+                            doubt(session.communication(), display)};
     }
     return alignedRows(rows);
 }
@@ -67,19 +70,21 @@ QString linkTable(const Communication &comm)
     return alignedRows(rows);
 }
 
-QJsonObject snapshotJson(const Session &session)
+QJsonObject snapshotJson(const Session &session, const std::vector<ItemDisplay> &displays)
 {
     QJsonArray items;
     for (std::size_t i = 0; i < session.project().items.size(); ++i) {
         const ItemDefinition &item = session.project().items[i];
-        const ItemDisplay display = displayItem(session, i);
+        const ItemDisplay &display = displays[i];
         items << QJsonObject{{QStringLiteral("name"), item.name},
                              {QStringLiteral("link"), display.linkNumber},
                              {QStringLiteral("address"), display.address},
                              {QStringLiteral("words"), QJsonArray::fromStringList(hexWords(display.words))},
                              {QStringLiteral("type"), typeName(item.type)},
                              {QStringLiteral("view"), viewName(item.view)},
-                             {QStringLiteral("text"), display.text}};
+                             {QStringLiteral("text"), display.text},
+                             {QStringLiteral("current"), display.isCurrent},
+                             {QStringLiteral("remark"), doubt(session.communication(), display)}};
     }
     const Communication &comm = session.communication();
     QJsonArray links;
@@ -92,18 +97,20 @@ QJsonObject snapshotJson(const Session &session)
             {QStringLiteral("links"), links}};
 }
 
-void printSnapshot(const Session &session, bool asJson, bool onOneLine)
+// What one look at all items gives to exit with.
+ExitCode printSnapshot(const Session &session, bool asJson, bool onOneLine)
 {
+    // The items first: reading them is what brings the links to life.
+    const std::vector<ItemDisplay> displays = displayItems(session);
     if (asJson) {
         const auto format = onOneLine ? QJsonDocument::Compact : QJsonDocument::Indented;
-        print(QString::fromUtf8(QJsonDocument(snapshotJson(session)).toJson(format)));
+        print(QString::fromUtf8(QJsonDocument(snapshotJson(session, displays)).toJson(format)));
         if (onOneLine)
             print(QStringLiteral("\n"));
-        return;
+    } else {
+        print(itemTable(session, displays) + QLatin1Char('\n') + linkTable(session.communication()));
     }
-    // The items first: reading them is what brings the links to life.
-    const QString items = itemTable(session);
-    print(items + QLatin1Char('\n') + linkTable(session.communication()));
+    return doneIfEveryPlcAnswers(session, displays);
 }
 
 } // namespace
@@ -129,12 +136,12 @@ ExitCode runShow(const QStringList &arguments)
     watchItems(*session);
     const bool asJson = parser.isSet(QStringLiteral("json"));
     if (parser.isSet(QStringLiteral("watch")))
-        drawUntilInterrupt(redrawInterval, !asJson, [&session, asJson](Drawing drawing) {
-            printSnapshot(*session, asJson, drawing == Drawing::Below);
+        drawUntilInterrupt(redrawInterval, !asJson, [&](Drawing drawing) {
+            exitCode = printSnapshot(*session, asJson, drawing == Drawing::Below);
         });
     else
-        printSnapshot(*session, asJson, false);
-    return doneIfEveryPlcAnswers(*session);
+        exitCode = printSnapshot(*session, asJson, false);
+    return exitCode;
 }
 
 } // namespace panelkit::simulator

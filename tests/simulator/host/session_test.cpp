@@ -230,5 +230,20 @@ TEST(ItemDisplay, IsZeroOnALinkWithoutConnection)
 {
     const auto session = openSession({});
     ASSERT_TRUE(session);
-    EXPECT_EQ(displayItem(*session, itemNamed(*session, "Steam pressure")).text, QStringLiteral("0.00"));
+    const ItemDisplay display = displayItem(*session, itemNamed(*session, "Steam pressure"));
+    EXPECT_EQ(display.text, QStringLiteral("0.00"));
+    EXPECT_FALSE(display.isCurrent);
+    EXPECT_FALSE(isOwed(*session, display));
+}
+
+TEST(ItemDisplay, IsOwedByAPlcThatRefuses)
+{
+    PlcMemory memory(BottlingLine::units(), BottlingLine::registersPerTable);
+    PlcServer server(memory);
+    server.setFault({PlcFault::Exception});
+    const auto session = openSession(server);
+    ASSERT_TRUE(session);
+    EXPECT_TRUE(isOwed(*session, displayItem(*session, itemNamed(*session, "Tank level"))));
+    server.clearFault();
+    EXPECT_FALSE(isOwed(*session, displayItem(*session, itemNamed(*session, "Pallets finished"))));
 }

@@ -147,7 +147,22 @@ TEST_F(PanelsimExport, ExportsAndSaysThatAPlcDidNotAnswer)
     const ProgramRun run =
         exportOf({QStringLiteral("--csv"), path("values.csv"), QStringLiteral("--plc"), address});
     EXPECT_EQ(run.exitCode, 3);
-    EXPECT_THAT(contents(path("values.csv")).toStdString(), HasSubstr("Tank level,3x2,0.0\n"));
+    EXPECT_EQ(run.err.toStdString(),
+              "panelsim: warning: 28 of 39 values are left empty: the PLC did not give them; 'panelsim show' "
+              "says which\n");
+    EXPECT_THAT(contents(path("values.csv")).toStdString(), HasSubstr("Tank level,3x2,\n"));
+}
+
+TEST_F(PanelsimExport, LeavesAValueEmptyThatASilentPlcDidNotGive)
+{
+    StillPlc plc;
+    plc.silence();
+    const ProgramRun run =
+        exportOf({QStringLiteral("--csv"), path("values.csv"), QStringLiteral("--plc"), plc.address()});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.err.toStdString(), HasSubstr("28 of 39 values are left empty"));
+    EXPECT_THAT(contents(path("values.csv")).toStdString(), HasSubstr("Tank level,3x2,\n"));
+    EXPECT_THAT(contents(path("values.csv")).toStdString(), HasSubstr("Night shift,LB10,0\n"));
 }
 
 TEST_F(PanelsimExport, SaysInOneLineWhatCannotBeWrittenOrRead)

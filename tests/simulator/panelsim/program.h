@@ -23,6 +23,15 @@ struct ProgramRun
     QString err;
 };
 
+// The first line of the output that begins with `start`, with runs of blanks as one.
+inline QString lineOf(const ProgramRun &run, const char *start)
+{
+    for (const QString &line : run.out.split(QLatin1Char('\n')))
+        if (line.startsWith(QLatin1String(start)))
+            return line.simplified();
+    return QString();
+}
+
 inline ProgramRun runPanelsim(const QStringList &arguments)
 {
     QProcess process;

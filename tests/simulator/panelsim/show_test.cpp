@@ -21,19 +21,6 @@ using namespace panelkit::simulator;
 using namespace panelkit::testing;
 using ::testing::HasSubstr;
 
-namespace {
-
-// The words of an item's line, with runs of blanks as one.
-QString lineOf(const ProgramRun &run, const char *item)
-{
-    for (const QString &line : run.out.split(QLatin1Char('\n')))
-        if (line.startsWith(QLatin1String(item)))
-            return line.simplified();
-    return QString();
-}
-
-} // namespace
-
 TEST(PanelsimShow, ShowsNameAddressWordsTypeViewAndTextOfEachItem)
 {
     const StillPlc plc;
@@ -104,8 +91,37 @@ TEST(PanelsimShow, GivesTheSameAsJson)
     ASSERT_GT(items.size(), 9);
     const QJsonObject level = items.at(0).toObject();
     EXPECT_EQ(level, QJsonDocument::fromJson(R"({"name": "Tank level", "link": 1, "address": "3x2",
-        "words": ["036b"], "type": "uint16", "view": "dec", "text": "87.5"})")
+        "words": ["036b"], "type": "uint16", "view": "dec", "text": "87.5", "current": true, "remark": ""})")
                          .object());
+}
+
+TEST(PanelsimShow, SaysInJsonThatAValueIsNotCurrent)
+{
+    StillPlc plc;
+    plc.silence();
+    const ProgramRun run = runPanelsim(
+        {QStringLiteral("show"), QStringLiteral("--json"), QStringLiteral("--plc"), plc.address()});
+    EXPECT_EQ(run.exitCode, 3);
+    const QJsonArray items =
+        QJsonDocument::fromJson(run.out.toUtf8()).object().value(QStringLiteral("items")).toArray();
+    EXPECT_EQ(items.at(0), QJsonDocument::fromJson(R"({"name": "Tank level", "link": 1, "address": "3x2",
+        "words": ["0000"], "type": "uint16", "view": "dec", "text": "0.0", "current": false,
+        "remark": "no value"})")
+                               .object());
+}
+
+TEST(PanelsimShow, ExitsInAWatchAsItsLastLookDoes)
+{
+    StillPlc plc;
+    plc.silence();
+    QProcess process;
+    process.start(QStringLiteral(PANELSIM), {QStringLiteral("show"), QStringLiteral("--watch"),
+                                             QStringLiteral("--plc"), plc.address()});
+    while (!process.canReadLine() && process.waitForReadyRead(programDeadline)) {
+    }
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(programDeadline));
+    EXPECT_EQ(process.exitCode(), 3);
 }
 
 TEST(PanelsimShow, RefusesAWrongProjectInOneLineThatNamesTheValue)
