@@ -3,6 +3,7 @@
 #include "register/textencoding.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTextCodec>
 
 namespace panelkit::simulator {
@@ -50,12 +51,31 @@ QString whyLocal(QFile &file)
         .arg(character);
 }
 
+// To its end: what looks for the encoding takes a fault for the end.
+bool isReadable(QFile &file)
+{
+    QByteArray block(64 * 1024, '\0');
+    qint64 length = 0;
+    do
+        length = file.read(block.data(), block.size());
+    while (length > 0);
+    return length == 0 && file.error() == QFileDevice::NoError && file.seek(0);
+}
+
 } // namespace
 
 std::optional<FileEncoding> fileEncoding(const QString &path, QString &error)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
+        error = QStringLiteral("%1: %2: name a file that can be read").arg(path, file.errorString());
+        return std::nullopt;
+    }
+    if (!QFileInfo(path).isFile()) {
+        error = QStringLiteral("%1: this is no regular file: copy it into one").arg(path);
+        return std::nullopt;
+    }
+    if (!isReadable(file)) {
         error = QStringLiteral("%1: %2: name a file that can be read").arg(path, file.errorString());
         return std::nullopt;
     }

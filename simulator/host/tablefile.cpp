@@ -3,35 +3,34 @@
 #include "export/helpcsv.h"
 #include "export/tableexport.h"
 #include "simulator/host/fileencoding.h"
+#include "simulator/host/filereplacement.h"
 #include "simulator/host/itemdisplay.h"
 #include "simulator/host/session.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 #include <QTextCodec>
 
 namespace panelkit::simulator {
 
 namespace {
 
-// Makes the file where there is none, so that what stands against it can be told.
-bool canBeWritten(const QString &path, QString &error)
+constexpr int blockSize = 64 * 1024;
+
+bool canBeAppendedTo(const QString &path, QString &error)
 {
     QFile file(path);
-    const bool keep = QFileInfo(path).isFile();
-    if (file.open(QIODevice::WriteOnly | (keep ? QIODevice::Append : QIODevice::NotOpen)))
+    if (file.open(QIODevice::WriteOnly | QIODevice::Append))
         return true;
     error = QStringLiteral("%1: %2: name a file that can be written").arg(path, file.errorString());
     return false;
 }
 
-bool isWhole(bool whole, const QString &path, QString &error)
+QString notWhole(const QString &path)
 {
-    // Nothing can be told of what a device or a pipe has taken.
-    if (whole || !QFileInfo(path).isFile())
-        return true;
-    error = QStringLiteral("%1: the file is not whole: free some space or name another file").arg(path);
-    return false;
+    return QStringLiteral("%1: the file is not whole: free some space or name another file").arg(path);
 }
 
 qint64 sizeInGbk(const Table &table, bool withHeader)
@@ -50,6 +49,62 @@ qint64 sizeInGbk(const Table &table, bool withHeader)
     return size;
 }
 
+// Nothing can be told of what a device or a pipe has taken.
+bool appendToCsv(const Table &table, const QString &path, QString &error)
+{
+    if (!canBeAppendedTo(path, error))
+        return false;
+    const qint64 kept = QFileInfo(path).size();
+    tools_exportToCsv(table.header, table.rows, path, 1);
+    const QFileInfo file(path);
+    if (!file.isFile() || file.size() == kept + sizeInGbk(table, false))
+        return true;
+    error = notWhole(path);
+    return false;
+}
+
+bool endsAsPdf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.seek(qMax<qint64>(file.size() - 16, 0)) &&
+           file.readAll().trimmed().endsWith("%%EOF");
+}
+
+// All that can be read there, at once: a pipe gives it only once.
+std::optional<QByteArray> readContent(const QString &path, QString &error)
+{
+    QFile file(path);
+    QByteArray content;
+    if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        QByteArray block(blockSize, '\0');
+        qint64 length = 0;
+        while (content.size() <= largestTableFile && (length = file.read(block.data(), blockSize)) > 0)
+            content.append(block.constData(), static_cast<int>(length));
+    }
+    if (content.size() > largestTableFile)
+        error = QStringLiteral("%1: larger than the %2 MiB that a table may have: split it")
+                    .arg(path)
+                    .arg(largestTableFile / (1024 * 1024));
+    else if (file.error() != QFileDevice::NoError)
+        error = QStringLiteral("%1: %2: name a file that can be read").arg(path, file.errorString());
+    else
+        return content;
+    return std::nullopt;
+}
+
+// Of what was read there. What is no file was read for good: a copy of it is looked at.
+std::optional<FileEncoding> encodingOf(const QString &path, const QByteArray &content, QString &error)
+{
+    if (QFileInfo(path).isFile())
+        return fileEncoding(path, error);
+    QTemporaryFile copy;
+    if (copy.open() && copy.write(content) == content.size() && copy.flush())
+        return fileEncoding(copy.fileName(), error);
+    error = QStringLiteral("no temporary file can be written in %1 (%2): free some space there")
+                .arg(QDir::tempPath(), copy.errorString());
+    return std::nullopt;
+}
+
 } // namespace
 
 Table itemTable(const Session &session, const std::vector<ItemDisplay> &displays, const QDateTime &time)
@@ -65,15 +120,11 @@ Table itemTable(const Session &session, const std::vector<ItemDisplay> &displays
 
 std::optional<Table> readTable(const QString &path, QString &error)
 {
-    const auto encoding = fileEncoding(path, error);
+    const auto content = readContent(path, error);
+    const auto encoding = content ? encodingOf(path, *content, error) : std::nullopt;
     if (!encoding)
         return std::nullopt;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = QStringLiteral("%1: %2").arg(path, file.errorString());
-        return std::nullopt;
-    }
-    QString text = QTextCodec::codecForName(encoding->codecName)->toUnicode(file.readAll());
+    QString text = QTextCodec::codecForName(encoding->codecName)->toUnicode(*content);
     if (text.startsWith(QChar(QChar::ByteOrderMark)))
         text.remove(0, 1);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
@@ -100,21 +151,28 @@ QString freeFile(const QString &folder, const QString &name, const QString &suff
 
 bool exportCsv(const Table &table, const QString &path, bool append, QString &error)
 {
-    if (!canBeWritten(path, error))
+    if (append)
+        return appendToCsv(table, path, error);
+    FileReplacement file(path);
+    if (!file.begin(error))
         return false;
-    const qint64 kept = append ? QFileInfo(path).size() : 0;
-    tools_exportToCsv(table.header, table.rows, path, append ? 1 : 0);
-    return isWhole(QFileInfo(path).size() == kept + sizeInGbk(table, !append), path, error);
+    tools_exportToCsv(table.header, table.rows, file.workPath(), 0);
+    if (QFileInfo(file.workPath()).size() == sizeInGbk(table, true))
+        return file.finish(error);
+    error = notWhole(path);
+    return false;
 }
 
 bool exportPdf(const Table &table, const QString &path, QString &error)
 {
-    if (!canBeWritten(path, error))
+    FileReplacement file(path);
+    if (!file.begin(error))
         return false;
-    tools_exportToPdf(table.header, table.rows, path);
-    QFile file(path);
-    const bool isRead = file.open(QIODevice::ReadOnly) && file.seek(qMax<qint64>(file.size() - 16, 0));
-    return isWhole(isRead && file.readAll().trimmed().endsWith("%%EOF"), path, error);
+    tools_exportToPdf(table.header, table.rows, file.workPath());
+    if (endsAsPdf(file.workPath()))
+        return file.finish(error);
+    error = notWhole(path);
+    return false;
 }
 
 } // namespace panelkit::simulator

@@ -22,7 +22,7 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption(
         {QStringLiteral("from"),
          QStringLiteral("Export the table of this CSV file, its encoding recognised, instead of the "
-                        "values of a project's items."),
+                        "values of a project's items. It may have up to 64 MiB."),
          QStringLiteral("FILE")});
 }
 

@@ -1,4 +1,5 @@
 #include "simulator/comm/communication.h"
+#include "simulator/host/filereplacement.h"
 #include "simulator/panelsim/application.h"
 #include "simulator/panelsim/commands.h"
 #include "simulator/panelsim/interrupt.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QFile>
 #include <QPixmap>
 #include <QTimer>
 
@@ -112,11 +114,22 @@ void waitForValues(const Communication &comm)
     loop.exec();
 }
 
+bool writePicture(const QPixmap &picture, const QString &path)
+{
+    QString error;
+    FileReplacement replacement(path);
+    if (!replacement.begin(error))
+        return false;
+    QFile file(replacement.workPath());
+    return file.open(QIODevice::WriteOnly) && picture.save(&file, "PNG", 0) && file.flush() &&
+           replacement.finish(error);
+}
+
 ExitCode takePicture(const Session &session, PanelWindow &window, const QString &file)
 {
     waitForValues(session.communication());
     window.refresh();
-    if (!window.grab().save(file, "PNG", 0)) {
+    if (!writePicture(window.grab(), file)) {
         complain(QStringLiteral("%1: the picture cannot be written there: name a file in a folder of yours")
                      .arg(file));
         return ExitCode::Failed;

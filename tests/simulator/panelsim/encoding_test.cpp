@@ -30,6 +30,16 @@ private:
 
 } // namespace
 
+TEST(PanelsimEncodingOfNoFile, IsNotGuessed)
+{
+    const ProgramRun run = runPanelsim(
+        {QStringLiteral("encoding"), QStringLiteral("/proc/self/mem"), QStringLiteral("/dev/zero")});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err.toStdString(),
+              "panelsim: /proc/self/mem: Input/output error: name a file that can be read\n"
+              "panelsim: /dev/zero: this is no regular file: copy it into one\n");
+}
+
 TEST_F(PanelsimEncoding, TellsCodeNameAndReasonOfEachFile)
 {
     const struct

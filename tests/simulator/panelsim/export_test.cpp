@@ -2,6 +2,7 @@
 #include "tests/simulator/stillplc.h"
 #include "tests/support/pdffile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -125,6 +126,72 @@ TEST_F(PanelsimExport, TakesAnEmptyTable)
     EXPECT_EQ(contents(path("out.csv")), QByteArray());
 }
 
+TEST_F(PanelsimExport, ReadsAPipeOnce)
+{
+    QFile::remove(path("out.csv"));
+    QProcess process;
+    process.start(QStringLiteral(PANELSIM),
+                  {QStringLiteral("export"), QStringLiteral("--from"), QStringLiteral("/dev/stdin"),
+                   QStringLiteral("--csv"), path("out.csv")});
+    process.write(tableInGbk);
+    process.closeWriteChannel();
+    ASSERT_TRUE(process.waitForFinished(programDeadline));
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+    EXPECT_EQ(contents(path("out.csv")), exportedTable);
+}
+
+TEST_F(PanelsimExport, RefusesATableThatHasNoEndOrCannotBeReadAndKeepsTheTarget)
+{
+    const QString out = file("out.csv", "kept\n");
+    const QString large = file("large.csv", "");
+    ASSERT_TRUE(QFile::resize(large, Q_INT64_C(64) * 1024 * 1024 + 1));
+    const QString tooLarge = QStringLiteral(": larger than the 64 MiB that a table may have: split it");
+    const struct
+    {
+        QString from;
+        QString complaint;
+    } rows[] = {
+        {large, large + tooLarge},
+        {QStringLiteral("/dev/zero"), QStringLiteral("/dev/zero") + tooLarge},
+        {QStringLiteral("/proc/self/mem"),
+         QStringLiteral("/proc/self/mem: Input/output error: name a file that can be read")},
+    };
+    for (const auto &row : rows) {
+        const ProgramRun run = exportOf({QStringLiteral("--from"), row.from, QStringLiteral("--csv"), out});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.err, QStringLiteral("panelsim: ") + row.complaint + QLatin1Char('\n'));
+        EXPECT_EQ(contents(out), "kept\n");
+    }
+}
+
+TEST_F(PanelsimExport, WritesATableOverTheFileThatItCameFrom)
+{
+    const QString same = file("same.csv", tableInGbk);
+    ASSERT_TRUE(QFile::setPermissions(same, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+    const auto permissions = QFile::permissions(same);
+    EXPECT_EQ(exportOf({QStringLiteral("--from"), same, QStringLiteral("--csv"), same}).exitCode, 0);
+    EXPECT_EQ(contents(same), exportedTable);
+    EXPECT_EQ(QFile::permissions(same), permissions);
+}
+
+TEST_F(PanelsimExport, WritesThroughALinkAndIntoAPipe)
+{
+    const QString table = file("table.csv", tableInGbk);
+    const QString target = file("target.csv", "old\n");
+    ASSERT_TRUE(QFile::link(target, path("link.csv")));
+    ASSERT_TRUE(QFile::link(path("new.csv"), path("dangling.csv")));
+    for (const char *link : {"link.csv", "dangling.csv"}) {
+        EXPECT_EQ(exportOf({QStringLiteral("--from"), table, QStringLiteral("--csv"), path(link)}).exitCode,
+                  0);
+        EXPECT_TRUE(QFileInfo(path(link)).isSymLink());
+        EXPECT_EQ(contents(path(link)), exportedTable);
+    }
+    const ProgramRun run = exportOf({QStringLiteral("--from"), path("target.csv"), QStringLiteral("--csv"),
+                                     QStringLiteral("/dev/stdout")});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.out.endsWith(QStringLiteral("2,x,y\n/dev/stdout: 2 rows\n"))) << run.out.toStdString();
+}
+
 TEST_F(PanelsimExport, WritesAPdfFileWithoutAScreen)
 {
     const QString table = file("table.csv", tableInGbk);
@@ -195,12 +262,13 @@ TEST_F(PanelsimExport, SaysInOneLineWhatCannotBeWrittenOrRead)
 }
 
 // A disk that is full is played by a limit on the size of files.
-TEST_F(PanelsimExport, SaysWhenAFileIsNotWhole)
+TEST_F(PanelsimExport, SaysWhenAFileIsNotWholeAndKeepsTheOneThatWasThere)
 {
     const QString table = file("table.csv", "header\n" + QByteArray("row\n").repeated(20000));
     for (const char *kind : {"--csv", "--pdf"}) {
         SCOPED_TRACE(kind);
         QProcess process;
+        file("out", "kept\n");
         process.start(
             QStringLiteral("sh"),
             {QStringLiteral("-c"),
@@ -212,6 +280,10 @@ TEST_F(PanelsimExport, SaysWhenAFileIsNotWhole)
             QString::fromUtf8(process.readAllStandardError()),
             QStringLiteral("panelsim: %1: the file is not whole: free some space or name another file\n")
                 .arg(path("out")));
+        EXPECT_EQ(contents(path("out")), "kept\n");
+        const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        EXPECT_EQ(QFileInfo(table).dir().entryList(all),
+                  (QStringList{QStringLiteral("out"), QStringLiteral("table.csv")}));
     }
 }
 

@@ -1,13 +1,18 @@
 #include "tests/simulator/panelsim/program.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QSet>
 #include <QTemporaryDir>
+
+#include <gmock/gmock.h>
 
 #include <csignal>
 
 using panelkit::testing::programDeadline;
 using panelkit::testing::ProgramRun;
+using ::testing::HasSubstr;
 
 namespace {
 
@@ -103,6 +108,31 @@ TEST_F(Gui, SaysThatAPictureCannotBeWritten)
               QStringLiteral("panelsim: %1: the picture cannot be written there: name a file in a folder of "
                              "yours\n")
                   .arg(file));
+}
+
+// A disk that is full is played by a limit on the size of files. The panel's larger files are there by then.
+TEST_F(Gui, KeepsThePictureThatWasThereWhenTheDiskIsFull)
+{
+    const QString root = folder.filePath(QStringLiteral("panel"));
+    const QString file = folder.filePath(QStringLiteral("picture.png"));
+    const QStringList arguments{QStringLiteral("--root"), root, QStringLiteral("--screenshot"), file};
+    ASSERT_EQ(gui(arguments).exitCode, 0);
+    ASSERT_GT(QFileInfo(file).size(), 8192);
+    const QImage before(file);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral("sh"),
+                  QStringList{QStringLiteral("-c"),
+                              QStringLiteral("trap '' XFSZ; ulimit -f 8; exec \"$0\" gui \"$@\""),
+                              QStringLiteral(PANELSIM)} +
+                      arguments);
+    ASSERT_TRUE(process.waitForFinished(programDeadline));
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_THAT(process.readAllStandardError().toStdString(),
+                HasSubstr("the picture cannot be written there"));
+    EXPECT_EQ(QImage(file), before);
+    const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+    EXPECT_EQ(QDir(folder.path()).entryList(all).filter(QStringLiteral(".panelsim")), QStringList());
 }
 
 TEST_F(Gui, SaysThatThereIsNoDisplayAndTheWayOut)
