@@ -78,6 +78,13 @@ void diagnoseLibrary(DriverDiagnosis &diagnosis)
         diagnosis.problem = DriverProblem::ofEntryPoints(missing);
 }
 
+// By whatever lies there, and be it a link that leads nowhere.
+bool isTaken(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() || file.isSymLink();
+}
+
 } // namespace
 
 // In a folder beside the stand-in of the system library, wherever that is.
@@ -97,6 +104,8 @@ bool placeDrivers(const Project &project, const PanelFiles &files, QString &erro
         if (!driver.open(QIODevice::ReadOnly))
             continue;
         const QString place = tools_driverFilePath(link.driver, link.number).mid(tools_systemRoot().size());
+        if (isTaken(files.path(place)))
+            continue;
         if (!files.write(place, driver.readAll(), error))
             return false;
     }

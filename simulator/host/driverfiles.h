@@ -16,8 +16,8 @@ struct Project;
 // Where the drivers that panelsim brings along lie, as "lib<name>.so".
 QString ownDriverFolder();
 
-// Puts a copy of each link's driver into the panel's driver folder, where panelsim brings that driver along;
-// a file that lies there for another driver is left as it is. Copies, since the lookup of an index skips
+// Puts a copy of each link's driver into the panel's driver folder, where panelsim brings that driver along
+// and no file lies in its place: one that does is the user's. Copies, since the lookup of an index skips
 // symbolic links and the system's loader takes two hard links for one library. False, with one line in
 // `error`, when one cannot be written.
 bool placeDrivers(const Project &project, const PanelFiles &files, QString &error);

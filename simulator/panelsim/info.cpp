@@ -5,6 +5,7 @@
 #include "simulator/panelsim/texttable.h"
 #include "simulator/panelsim/watching.h"
 
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -113,8 +114,16 @@ ExitCode runInfo(const QStringList &arguments)
         return ExitCode::WrongUse;
     std::unique_ptr<PanelFiles> files;
     if (parser.isSet(QStringLiteral("root"))) {
+        const QString root = parser.value(QStringLiteral("root"));
+        if (!QFileInfo(root).isDir()) {
+            complain(
+                QStringLiteral("--root '%1': there is no such folder: name the one that the panel's files "
+                               "lie in")
+                    .arg(root));
+            return ExitCode::Failed;
+        }
         QString error;
-        files = PanelFiles::create(parser.value(QStringLiteral("root")), error);
+        files = PanelFiles::create(root, error);
         if (!files) {
             complain(error);
             return ExitCode::Failed;

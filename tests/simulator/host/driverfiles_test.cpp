@@ -85,6 +85,22 @@ TEST_F(DriverFiles, OfOthersAreLeftWhereTheyLie)
     EXPECT_EQ(contentOf(own), "somebody's driver");
 }
 
+TEST_F(DriverFiles, OfTheUserAreNotReplacedByThoseThatComeAlong)
+{
+    QTemporaryDir folder;
+    SessionOptions options;
+    options.root = folder.path();
+    session.reset();
+    const QString drivers = options.root + text("/usr/tesk42/project/driver");
+    ASSERT_TRUE(QDir().mkpath(drivers));
+    write(drivers + text("/libModbus_1.so"), "the user's driver");
+    QString error;
+    ASSERT_TRUE(Session::open(options, error)) << error.toStdString();
+    EXPECT_EQ(contentOf(drivers + text("/libModbus_1.so")), "the user's driver");
+    EXPECT_EQ(contentOf(drivers + text("/libModbus_2.so")),
+              contentOf(text(PANELKIT_DRIVERS "/libModbus.so")));
+}
+
 TEST_F(DriverFiles, AreSoundAsTheyComeAlong)
 {
     const std::vector<DriverDiagnosis> diagnoses = diagnoseDrivers(*session);

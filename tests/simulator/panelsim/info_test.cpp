@@ -128,6 +128,17 @@ TEST_F(PanelsimInfo, PrintsOneLineOfJsonEachTimeUntilItIsTold)
     EXPECT_EQ(process.exitCode(), 0);
 }
 
+TEST_F(PanelsimInfo, MakesNoPanelWhereThereIsNone)
+{
+    const QString missing = folder.filePath(QStringLiteral("typo"));
+    const ProgramRun run = runPanelsim({QStringLiteral("info"), QStringLiteral("--root"), missing});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err, QStringLiteral("panelsim: --root '%1': there is no such folder: name the one that the "
+                                      "panel's files lie in\n")
+                           .arg(missing));
+    EXPECT_FALSE(QFileInfo::exists(missing));
+}
+
 TEST_F(PanelsimInfo, RefusesWrongOptionsInOneLine)
 {
     for (const char *interval : {"0", "9", "3600001", "-5", "fast", ""}) {
