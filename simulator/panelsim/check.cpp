@@ -198,6 +198,16 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON.")});
 }
 
+// The first option that belongs to one address, where that is not what is asked for; empty when there is
+// none.
+QString optionOfOneAddress(const QCommandLineParser &parser)
+{
+    for (const char *option : {"link", "block", "number", "bit", "word", "length"})
+        if (parser.isSet(QLatin1String(option)))
+            return QLatin1String(option);
+    return QString();
+}
+
 // The address that the options give, or nothing after a complaint.
 std::optional<TypedAddress> typedAddress(const QCommandLineParser &parser)
 {
@@ -251,6 +261,12 @@ ExitCode runCheck(const QStringList &arguments)
         return ExitCode::WrongUse;
     if (isAll && isDrivers) {
         complain(QStringLiteral("check: give --all or --drivers, not both"));
+        return ExitCode::WrongUse;
+    }
+    const QString surplus = address ? QString() : optionOfOneAddress(parser);
+    if (!surplus.isEmpty()) {
+        complain(QStringLiteral("check: --%1 is for one address: leave it out, or leave out --%2")
+                     .arg(surplus, isAll ? QStringLiteral("all") : QStringLiteral("drivers")));
         return ExitCode::WrongUse;
     }
 

@@ -35,10 +35,14 @@ struct Parameter
     Kind kind;
     Links links;
     const char *unit;
+    quint32 largest = 65535; // of a number
 };
 
+constexpr quint32 largestWide = 2147483647; // two registers that the panel takes for a signed number
+constexpr quint32 largestStation = 255;     // as in a project: a request has one byte for it
+
 const Parameter parameters[] = {
-    {"station", 64002, Kind::Number, Links::All, ""},
+    {"station", 64002, Kind::Number, Links::All, "", largestStation},
     {"interval", 64003, Kind::Number, Links::All, "ms"},
     {"timeout", 64004, Kind::Number, Links::All, "ms"},
     {"retry", 64005, Kind::Number, Links::All, ""},
@@ -47,7 +51,7 @@ const Parameter parameters[] = {
     {"ip", 64020, Kind::Address, Links::Ethernet, ""},
     {"port", 64024, Kind::Number, Links::Ethernet, ""},
     {"mode", 64040, Kind::Number, Links::Serial, ""},
-    {"baud", 64041, Kind::Wide, Links::Serial, "baud"},
+    {"baud", 64041, Kind::Wide, Links::Serial, "baud", largestWide},
     {"data", 64043, Kind::Number, Links::Serial, "bits"},
     {"check", 64044, Kind::Number, Links::Serial, ""},
     {"stop", 64045, Kind::Number, Links::Serial, "bits"},
@@ -86,16 +90,15 @@ QList<quint16> wordsOf(const Parameter &parameter, const QString &text)
             return partsOfAddress(text);
         wanted = QStringLiteral("four numbers from 0 to 255 with dots between");
     } else {
-        const quint32 largest = parameter.kind == Kind::Wide ? 2147483647 : 65535;
         bool isNumber = false;
         const quint32 value = text.toUInt(&isNumber);
-        if (isNumber && value <= largest) {
+        if (isNumber && value <= parameter.largest) {
             QList<quint16> words{static_cast<quint16>(value)};
             if (parameter.kind == Kind::Wide)
                 words << static_cast<quint16>(value >> 16);
             return words;
         }
-        wanted = QStringLiteral("a number from 0 to %1").arg(largest);
+        wanted = QStringLiteral("a number from 0 to %1").arg(parameter.largest);
     }
     complain(
         QStringLiteral("link-params: %1 '%2' is not %3").arg(QLatin1String(parameter.key), text, wanted));
@@ -113,7 +116,8 @@ void printParameters(Session &session, const LinkValue &link)
 {
     Communication &comm = session.communication();
     print(QStringLiteral("Link %1, %2 (%3, %4), %5\n")
-              .arg(QString::number(link.id), comm.linkName(link.id), link.portName, link.driverLib,
+              .arg(QString::number(link.id), printable(comm.linkName(link.id)), printable(link.portName),
+                   printable(link.driverLib),
                    session.flags().isStored(link.id) ? QStringLiteral("as an operator saved it")
                                                      : QStringLiteral("as the project has it")));
     QList<QStringList> rows{
@@ -151,7 +155,7 @@ ExitCode set(Session &session, const LinkValue &link, const QStringList &argumen
     const quint16 request = 1;
     session.communication().writeRegisters(flagArea, saveLinkFlag, 1, &request);
     const bool isSaved = session.flags().poll().savedLink == link.id;
-    if (isSaved && session.flags().linkSettingsStatus() == QSettings::NoError)
+    if (isSaved && session.flags().linkSettingsStatus() != QSettings::AccessError)
         return ExitCode::Done;
     complain(QStringLiteral(
                  "%1: the parameters cannot be stored (%2): see to it, or name another folder with --root")
@@ -213,7 +217,8 @@ ExitCode runLinkParams(const QStringList &arguments)
     const QStringList positional = parser.positionalArguments();
     const QString action = positional.value(1, QStringLiteral("show"));
     const bool isSet = action == QLatin1String("set");
-    if (positional.isEmpty() || (!isSet && (action != QLatin1String("show") || positional.size() > 2))) {
+    if (positional.isEmpty() || (isSet && positional.size() < 3) ||
+        (!isSet && (action != QLatin1String("show") || positional.size() > 2))) {
         complain(QStringLiteral("link-params takes a link's number and then show, or set with KEY=VALUE"));
         return ExitCode::WrongUse;
     }

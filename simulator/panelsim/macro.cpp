@@ -124,6 +124,12 @@ std::optional<Request> readRequest(const QCommandLineParser &parser, const Proje
     const auto runs = item ? readRuns(parser, project.items[*item]) : std::nullopt;
     if (!runs)
         return std::nullopt;
+    if (runs->empty() && parser.isSet(QStringLiteral("set"))) {
+        complain(QStringLiteral(
+            "--set needs --run press, --run release or --dry-run: without a run no register is "
+            "given a value"));
+        return std::nullopt;
+    }
     request.items = {*item};
     request.runs = *runs;
     for (const QString &text : parser.values(QStringLiteral("set"))) {
@@ -218,7 +224,7 @@ void printItem(const Project &project, ItemMacros &macros, std::size_t index)
         const QString author = authorsText(item, type);
         if (author.isEmpty())
             continue;
-        print(QStringLiteral("%1, %2 macro\n").arg(item.name, nameOf(type)));
+        print(QStringLiteral("%1, %2 macro\n").arg(printable(item.name), nameOf(type)));
         const itemMacro &macro = macros.macro(index);
         printRewriting(project, author, type == ITEM_MACRO_PRESS ? macro.pressMacro : macro.releaseMacro);
         print(QStringLiteral("\n"));
@@ -289,6 +295,15 @@ bool applySettings(const Request &request, Write write)
     return true;
 }
 
+// Printable, but for the tabs that a macro's print puts between its values.
+QString withTabs(const QString &line)
+{
+    QStringList texts;
+    for (const QString &text : line.split(QLatin1Char('\t')))
+        texts << printable(text);
+    return texts.join(QLatin1Char('\t'));
+}
+
 // Runs what was asked for as the runtime does: by events. False when one of the macros was not done.
 bool runMacros(const Session &session, const ItemMacros &macros, const Request &request,
                MacroRegisters &registers)
@@ -297,14 +312,14 @@ bool runMacros(const Session &session, const ItemMacros &macros, const Request &
     bool allDone = true;
     MacroEngine engine(registers);
     engine.setOutput(
-        [](const QString &line) { print(QStringLiteral("print: ") + line + QLatin1Char('\n')); });
+        [](const QString &line) { print(QStringLiteral("print: ") + withTabs(line) + QLatin1Char('\n')); });
     RuntimeEvents::Handlers handlers;
     handlers.messageBox = [](const QString &text, int, int) {
-        print(QStringLiteral("message: ") + text + QLatin1Char('\n'));
+        print(QStringLiteral("message: ") + withTabs(text) + QLatin1Char('\n'));
     };
     handlers.macroEnded = [&](const MacroOwner &owner, const MacroResult &result) {
         print(QStringLiteral("\n%1, run on %2, %3\n")
-                  .arg(session.project().items[owner.item].name, nameOf(owner.type),
+                  .arg(printable(session.project().items[owner.item].name), nameOf(owner.type),
                        request.isDryRun ? QStringLiteral("with a copy of the registers: nothing is written")
                                         : QStringLiteral("with the registers themselves")));
         printResult(session.project(), result);

@@ -111,6 +111,20 @@ TEST_F(PanelsimLinkParams, TakeTheProjectThatIsNamed)
               QStringLiteral("panelsim: link-params: there is no link '1': the project has none\n"));
 }
 
+TEST_F(PanelsimLinkParams, AreStoredOverAFileThatHoldsRubbish)
+{
+    const QString path = folder.filePath(QStringLiteral("usr/tesk42/APP/linkparams.ini"));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[link1\nno settings\n");
+    file.close();
+    const ProgramRun set =
+        runBelowRoot({QStringLiteral("1"), QStringLiteral("set"), QStringLiteral("retry=5")});
+    EXPECT_EQ(set.exitCode, 0) << set.err.toStdString();
+    EXPECT_THAT(table(runBelowRoot({QStringLiteral("1")})), HasSubstr("retry 64005 5\n"));
+}
+
 TEST_F(PanelsimLinkParams, SayWhenTheFileCannotBeWritten)
 {
     // A folder in its place: nobody can write that, not even root.
@@ -153,6 +167,9 @@ TEST_F(PanelsimLinkParams, RefuseWrongArgumentsInOneLine)
              "addmore, addrinterval, mode, baud, data, check, stop\n")},
         {{QStringLiteral("1"), QStringLiteral("set"), QStringLiteral("retry=70000")},
          QStringLiteral("panelsim: link-params: retry '70000' is not a number from 0 to 65535\n")},
+        {{QStringLiteral("1"), QStringLiteral("set")}, use},
+        {{QStringLiteral("1"), QStringLiteral("set"), QStringLiteral("station=256")},
+         QStringLiteral("panelsim: link-params: station '256' is not a number from 0 to 255\n")},
         {{QStringLiteral("1"), QStringLiteral("set"), QStringLiteral("retry=-1")},
          QStringLiteral("panelsim: link-params: retry '-1' is not a number from 0 to 65535\n")},
         {{QStringLiteral("3"), QStringLiteral("set"), QStringLiteral("baud=2147483648")},

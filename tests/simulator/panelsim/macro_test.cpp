@@ -198,6 +198,16 @@ TEST_F(PanelsimMacro, SaysWhereAndWhyAMacroEnded)
                 HasSubstr("ended in line 1: cannot read 4x 0 of \"Line PLC\", station 1: "));
 }
 
+TEST_F(PanelsimMacro, PrintsNothingThatSteersTheTerminal)
+{
+    const ProgramRun run =
+        this->run({projectWith(R"--("print('a\\27[2Jb\\nc', 1)")--"), QStringLiteral("--item"),
+                   QStringLiteral("Button"), QStringLiteral("--run"), QStringLiteral("press")});
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_THAT(run.out.toStdString(), HasSubstr("print: a\\x1b[2Jb\\nc\t1\n"));
+    EXPECT_THAT(run.out.toStdString(), Not(HasSubstr("\x1b")));
+}
+
 TEST_F(PanelsimMacro, StopsAMacroThatRunsAway)
 {
     const ProgramRun run =
@@ -227,17 +237,25 @@ TEST_F(PanelsimMacro, RefusesWhatItCannotDoInOneLine)
         {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--run"),
           QStringLiteral("both")},
          "panelsim: --run 'both' is neither press nor release\n"},
-        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--set"), QStringLiteral("LW1")},
+        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--run"), QString()},
+         "panelsim: macro: --run is given an empty text: name what is meant, or leave the option out\n"},
+        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--set"),
+          QStringLiteral("4x1=55")},
+         "panelsim: --set needs --run press, --run release or --dry-run: without a run no register is given "
+         "a "
+         "value\n"},
+        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--dry-run"),
+          QStringLiteral("--set"), QStringLiteral("LW1")},
          "panelsim: --set 'LW1' is not ADDRESS=VALUE, as in LW110=5\n"},
-        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--set"),
-          QStringLiteral("9/4x1=1")},
+        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--dry-run"),
+          QStringLiteral("--set"), QStringLiteral("9/4x1=1")},
          "panelsim: --set '9/4x1' is no script variable, and there is no link 9\n"},
-        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--set"),
-          QStringLiteral("4x1=70000")},
+        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--dry-run"),
+          QStringLiteral("--set"), QStringLiteral("4x1=70000")},
          "panelsim: --set '4x1=70000': '70000' is no number that the register can hold as a value of its "
          "type\n"},
-        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--set"),
-          QStringLiteral("4x1=high")},
+        {{QStringLiteral("--item"), QStringLiteral("Faster"), QStringLiteral("--dry-run"),
+          QStringLiteral("--set"), QStringLiteral("4x1=high")},
          "panelsim: --set '4x1=high': 'high' is no number that the register can hold as a value of its "
          "type\n"},
     };
