@@ -126,7 +126,14 @@ std::unique_ptr<Session> Session::open(const SessionOptions &options, QString &e
     CommunicationOptions connection;
     connection.plcHost = parts.plcAddress.host;
     connection.plcPort = parts.plcAddress.port;
-    parts.communication = std::make_unique<Communication>(linkRecords(parts.project), connection);
+    try {
+        parts.communication = std::make_unique<Communication>(linkRecords(parts.project), connection);
+    } catch (const std::system_error &fault) {
+        error = QStringLiteral("the links cannot be started (%1): end other programs, or raise the limit of "
+                               "processes and memory")
+                    .arg(QString::fromLocal8Bit(fault.what()));
+        return nullptr;
+    }
 
     parts.flags = std::make_unique<FlagPolling>(*parts.communication,
                                                 parts.files->path(QLatin1String(linkSettingsPath)));

@@ -1,6 +1,7 @@
 #include "simulator/panelsim/application.h"
 
 #include "simulator/panelsim/commandline.h"
+#include "simulator/panelsim/interrupt.h"
 
 #include <QApplication>
 #include <QFile>
@@ -26,7 +27,16 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext &, const QString
         QStringLiteral("gui: the display '%1' cannot be opened: run it in a session that has one, or give "
                        "--screenshot FILE for a picture")
             .arg(qEnvironmentVariable("WAYLAND_DISPLAY", qEnvironmentVariable("DISPLAY"))));
+    removeTemporaryFiles();
     std::_Exit(static_cast<int>(ExitCode::Failed));
+}
+
+QtMessageHandler afterFilter = nullptr;
+
+void passAllButPaths(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("QStandardPaths")))
+        afterFilter(type, context, text);
 }
 
 bool isForPicture(int argc, char **argv)
@@ -41,7 +51,10 @@ void useNoDisplay()
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) { // the toolkit complains where there is none
         static const QTemporaryDir folder;
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
+        if (folder.isValid())
+            qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
+        else // what does without one is done; a session says itself what it lacks
+            afterFilter = qInstallMessageHandler(passAllButPaths);
     }
 }
 

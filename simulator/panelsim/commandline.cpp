@@ -1,23 +1,78 @@
 #include "simulator/panelsim/commandline.h"
 
 #include "simulator/comm/communication.h"
+#include "simulator/panelsim/texttable.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace panelkit::simulator {
 
+namespace {
+
+bool isOutputLost = false;
+
+void loseOutput(int fault)
+{
+    isOutputLost = true;
+    if (fault != EPIPE)
+        complain(QStringLiteral("the output cannot be written (%1): send it to another file or to none")
+                     .arg(QString::fromLocal8Bit(std::strerror(fault))));
+    // By an event, since the loop may not have begun.
+    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+} // namespace
+
 void complain(const QString &text)
 {
-    std::fprintf(stderr, "panelsim: %s\n", text.toUtf8().constData());
+    std::fprintf(stderr, "panelsim: %s\n", printable(text).toUtf8().constData());
 }
 
 void print(const QString &text)
 {
+    if (isOutputLost)
+        return;
     const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
-    std::fflush(stdout); // who reads a pipe wants to see it now
+    const auto size = static_cast<std::size_t>(bytes.size());
+    if (std::fwrite(bytes.constData(), 1, size, stdout) != size ||
+        std::fflush(stdout) != 0) // who reads a pipe wants to see it now
+        loseOutput(errno);
 }
+
+ExitCode endOfOutput(ExitCode exitCode)
+{
+    const bool wasWell = exitCode == ExitCode::Done || exitCode == ExitCode::NoAnswer;
+    return isOutputLost && wasWell ? ExitCode::Failed : exitCode;
+}
+
+namespace {
+
+// An empty name of a file or of anything else is a variable that a script has not set, and never what was
+// meant. Only the texts of an address may be empty, since whether one is valid is what is asked.
+std::optional<ExitCode> refuseEmptyTexts(const QCommandLineParser &parser, const QString &command)
+{
+    const QStringList addressTexts{QStringLiteral("link"), QStringLiteral("block"), QStringLiteral("number")};
+    for (const QString &option : parser.optionNames()) {
+        if (parser.values(option).contains(QString()) && !addressTexts.contains(option)) {
+            complain(
+                QStringLiteral("%1: --%2 is given an empty text: name what is meant, or leave the option "
+                               "out")
+                    .arg(command, option));
+            return ExitCode::WrongUse;
+        }
+    }
+    if (parser.positionalArguments().contains(QString())) {
+        complain(QStringLiteral("%1: an argument is an empty text: name what is meant, or leave it out")
+                     .arg(command));
+        return ExitCode::WrongUse;
+    }
+    return std::nullopt;
+}
+
+} // namespace
 
 std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &summary,
                                     const QStringList &arguments, int positionalCount)
@@ -45,7 +100,7 @@ std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &s
                      .arg(arguments.first(), parser.positionalArguments().at(positionalCount)));
         return ExitCode::WrongUse;
     }
-    return std::nullopt;
+    return refuseEmptyTexts(parser, arguments.first());
 }
 
 void addRootOption(QCommandLineParser &parser)
@@ -125,7 +180,7 @@ void sayWhatIsKept(const QCommandLineParser &parser)
     print(root.isEmpty()
               ? QStringLiteral(
                     "\nNothing of this is kept: it lay in a temporary folder. --root DIR keeps it.\n")
-              : QStringLiteral("\nKept below %1.\n").arg(root));
+              : QStringLiteral("\nKept below %1.\n").arg(printable(root)));
 }
 
 std::optional<QMap<QString, QString>> readAssignments(const QString &command, const QStringList &arguments,

@@ -22,15 +22,19 @@ enum class ExitCode
     NoAnswer = 3, // everything was done, but a PLC did not answer
 };
 
-// One line on stderr, "panelsim: ...".
+// One line on stderr, "panelsim: ...", made printable.
 void complain(const QString &text);
 
-// Prints UTF-8 text on stdout.
+// Prints UTF-8 text on stdout. When that fails, it is complained of once, nothing more is printed, and
+// QCoreApplication's loop ends. A reader who has gone from behind a pipe is not worth a complaint.
 void print(const QString &text);
 
+// What to exit with: not with Done or NoAnswer when something could not be printed.
+ExitCode endOfOutput(ExitCode exitCode);
+
 // Reads `arguments` (the command's name first). Returns nothing when the command is to run; else what it has
-// to exit with, after --help has been printed or an unknown option or a surplus argument has been complained
-// of.
+// to exit with, after --help has been printed or an unknown option, a surplus argument or an empty text has
+// been complained of.
 std::optional<ExitCode> readOptions(QCommandLineParser &parser, const QString &summary,
                                     const QStringList &arguments, int positionalCount);
 

@@ -1,6 +1,7 @@
 #include "simulator/host/itemdisplay.h"
 #include "simulator/host/tablefile.h"
 #include "simulator/panelsim/commands.h"
+#include "simulator/panelsim/texttable.h"
 
 #include <QFileInfo>
 
@@ -103,10 +104,10 @@ ExitCode runExport(const QStringList &arguments)
     }
     const QFileInfo file(path);
     print(file.isFile() ? QStringLiteral("%1: %2 rows, the file has %3 bytes\n")
-                              .arg(file.absoluteFilePath())
+                              .arg(printable(file.absoluteFilePath()))
                               .arg(table->rows.size())
                               .arg(file.size())
-                        : QStringLiteral("%1: %2 rows\n").arg(path).arg(table->rows.size()));
+                        : QStringLiteral("%1: %2 rows\n").arg(printable(path)).arg(table->rows.size()));
     return exitCode;
 }
 

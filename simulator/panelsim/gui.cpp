@@ -3,6 +3,7 @@
 #include "simulator/panelsim/application.h"
 #include "simulator/panelsim/commands.h"
 #include "simulator/panelsim/interrupt.h"
+#include "simulator/panelsim/texttable.h"
 #include "simulator/window/panelstyle.h"
 #include "simulator/window/panelwindow.h"
 
@@ -135,7 +136,7 @@ ExitCode takePicture(const Session &session, PanelWindow &window, const QString 
         return ExitCode::Failed;
     }
     print(QStringLiteral("%1: %2 x %3 pixels\n")
-              .arg(file, QString::number(window.width()), QString::number(window.height())));
+              .arg(printable(file), QString::number(window.width()), QString::number(window.height())));
     return doneIfEveryPlcAnswers(session, displayItems(session));
 }
 
@@ -168,6 +169,8 @@ ExitCode runGui(const QStringList &arguments)
                            "fonts-wqy-microhei")
                 .arg(panelFontFamily()));
 
+    if (request.picture.isEmpty())
+        quitOnInterrupt();
     request.options.announceMessageBoxClose = true;
     ExitCode exitCode = ExitCode::Done;
     const auto session = openSession(parser, request.options, exitCode);
@@ -187,7 +190,6 @@ ExitCode runGui(const QStringList &arguments)
     window.show();
     if (!request.picture.isEmpty())
         return takePicture(*session, window, request.picture);
-    quitOnInterrupt();
     print(QStringLiteral("The window is open. Ctrl-C ends this.\n"));
     QApplication::exec();
     return ExitCode::Done;

@@ -2,6 +2,7 @@
 #include "simulator/host/devicefigures.h"
 #include "simulator/host/panelfiles.h"
 #include "simulator/panelsim/commands.h"
+#include "simulator/panelsim/interrupt.h"
 #include "simulator/panelsim/texttable.h"
 #include "simulator/panelsim/watching.h"
 
@@ -138,6 +139,8 @@ ExitCode runInfo(const QStringList &arguments)
         return ExitCode::Failed;
     }
 
+    if (parser.isSet(QStringLiteral("watch")))
+        quitOnInterrupt();
     cpu_info processor = {};
     processor.firstCall = 1;
     tools_get_cpu_info(processor);

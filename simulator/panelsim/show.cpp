@@ -1,6 +1,7 @@
 #include "simulator/comm/communication.h"
 #include "simulator/host/itemdisplay.h"
 #include "simulator/panelsim/commands.h"
+#include "simulator/panelsim/interrupt.h"
 #include "simulator/panelsim/texttable.h"
 #include "simulator/panelsim/watching.h"
 #include "simulator/project/valuetypes.h"
@@ -128,6 +129,9 @@ ExitCode runShow(const QStringList &arguments)
         arguments, 1);
     if (ended)
         return *ended;
+    const bool isWatch = parser.isSet(QStringLiteral("watch"));
+    if (isWatch)
+        quitOnInterrupt();
     ExitCode exitCode = ExitCode::Done;
     const auto session = openSession(parser, exitCode);
     if (!session)
@@ -135,7 +139,7 @@ ExitCode runShow(const QStringList &arguments)
 
     watchItems(*session);
     const bool asJson = parser.isSet(QStringLiteral("json"));
-    if (parser.isSet(QStringLiteral("watch")))
+    if (isWatch)
         drawUntilInterrupt(redrawInterval, !asJson, [&](Drawing drawing) {
             exitCode = printSnapshot(*session, asJson, drawing == Drawing::Below);
         });

@@ -195,6 +195,7 @@ ExitCode runSoak(const QStringList &arguments)
     if (!seed)
         return ExitCode::WrongUse;
 
+    quitOnInterrupt();
     QString error;
     const auto soak = Soak::open({parser.positionalArguments().value(0), *seed}, error);
     if (!soak) {
@@ -203,7 +204,6 @@ ExitCode runSoak(const QStringList &arguments)
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
     hearWarnings();
-    quitOnInterrupt();
     print(QStringLiteral("seed %1\n").arg(*seed));
     QElapsedTimer clock;
     clock.start();

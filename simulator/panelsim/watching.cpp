@@ -1,7 +1,6 @@
 #include "simulator/panelsim/watching.h"
 
 #include "simulator/panelsim/commandline.h"
-#include "simulator/panelsim/interrupt.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -23,7 +22,6 @@ void drawUntilInterrupt(std::chrono::milliseconds interval, bool mayOverdraw,
     };
     if (inPlace) // the other screen, so that the terminal is afterwards as it was
         print(QStringLiteral("\x1b[?1049h\x1b[?25l"));
-    quitOnInterrupt();
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, redraw);
     timer.start(interval);

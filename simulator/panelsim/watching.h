@@ -12,7 +12,8 @@ enum class Drawing
     Below    // one behind the other, for pipes and files
 };
 
-// Calls `draw` at once and then after each `interval`, until Ctrl-C or SIGTERM. In place only when
+// Calls `draw` at once and then after each `interval`, until the loop ends, as
+// quitOnInterrupt() has it. In place only when
 // `mayOverdraw` is true and stdout is a terminal, which is afterwards as it was before. To be called once.
 void drawUntilInterrupt(std::chrono::milliseconds interval, bool mayOverdraw,
                         const std::function<void(Drawing)> &draw);

@@ -206,6 +206,14 @@ TEST_F(PanelsimExport, WritesAPdfFileWithoutAScreen)
                                          QStringLiteral("2 x y")}));
 }
 
+TEST_F(PanelsimExport, WritesAPdfIntoAPipe)
+{
+    const ProgramRun run = runInShell("\"$0\" export --from \"$1\" --pdf /dev/stdout | tail -n 2",
+                                      {file("table.csv", tableInGbk)});
+    EXPECT_EQ(run.err.toStdString(), "");
+    EXPECT_EQ(run.out.toStdString(), "%%EOF\n/dev/stdout: 2 rows\n");
+}
+
 TEST_F(PanelsimExport, ExportsAndSaysThatAPlcDidNotAnswer)
 {
     std::optional<StillPlc> plc(std::in_place);

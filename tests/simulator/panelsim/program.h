@@ -32,10 +32,10 @@ inline QString lineOf(const ProgramRun &run, const char *start)
     return QString();
 }
 
-inline ProgramRun runPanelsim(const QStringList &arguments)
+inline ProgramRun runProgram(const QString &program, const QStringList &arguments)
 {
     QProcess process;
-    process.start(QStringLiteral(PANELSIM), arguments);
+    process.start(program, arguments);
     process.closeWriteChannel();
     if (!process.waitForFinished(programDeadline) || process.exitStatus() != QProcess::NormalExit) {
         ADD_FAILURE() << "panelsim " << arguments.join(QLatin1Char(' ')).toStdString()
@@ -44,6 +44,19 @@ inline ProgramRun runPanelsim(const QStringList &arguments)
     }
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
+}
+
+inline ProgramRun runPanelsim(const QStringList &arguments)
+{
+    return runProgram(QStringLiteral(PANELSIM), arguments);
+}
+
+// A line for the shell, in which "$0" is panelsim and "$@" are the arguments.
+inline ProgramRun runInShell(const char *line, const QStringList &arguments)
+{
+    return runProgram(QStringLiteral("sh"),
+                      QStringList{QStringLiteral("-c"), QLatin1String(line), QStringLiteral(PANELSIM)} +
+                          arguments);
 }
 
 // `panelsim serve` from construction to destruction.
