@@ -110,20 +110,6 @@ TEST(PanelsimShow, SaysInJsonThatAValueIsNotCurrent)
                                .object());
 }
 
-TEST(PanelsimShow, ExitsInAWatchAsItsLastLookDoes)
-{
-    StillPlc plc;
-    plc.silence();
-    QProcess process;
-    process.start(QStringLiteral(PANELSIM), {QStringLiteral("show"), QStringLiteral("--watch"),
-                                             QStringLiteral("--plc"), plc.address()});
-    while (!process.canReadLine() && process.waitForReadyRead(programDeadline)) {
-    }
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished(programDeadline));
-    EXPECT_EQ(process.exitCode(), 3);
-}
-
 TEST(PanelsimShow, RefusesAWrongProjectInOneLineThatNamesTheValue)
 {
     const QTemporaryDir folder;
