@@ -18,7 +18,7 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr qint64 blockSize = 64 * 1024;
+constexpr qint64 blockSize = 64LL * 1024;
 
 std::mutex unfinishedMutex;
 QStringList unfinished; // guarded by it

@@ -84,7 +84,7 @@ std::optional<QByteArray> readContent(const QString &path, QString &error)
     if (content.size() > largestTableFile)
         error = QStringLiteral("%1: larger than the %2 MiB that a table may have: split it")
                     .arg(path)
-                    .arg(largestTableFile / (1024 * 1024));
+                    .arg(largestTableFile / 1024 / 1024);
     else if (file.error() != QFileDevice::NoError)
         error = QStringLiteral("%1: %2: name a file that can be read").arg(path, file.errorString());
     else

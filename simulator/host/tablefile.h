@@ -24,7 +24,7 @@ struct Table
 // the screen. The text is empty where the value is not current, so that nobody takes it for a measured zero.
 Table itemTable(const Session &session, const std::vector<ItemDisplay> &displays, const QDateTime &time);
 
-inline constexpr qint64 largestTableFile = 64 * 1024 * 1024; // bytes
+inline constexpr qint64 largestTableFile = 64LL * 1024 * 1024; // bytes
 
 // The table of a CSV file in any encoding that is recognised, its first line being the header; a pipe is read
 // to its end. Nothing, with one line in `error`, when the file cannot be read, or is larger than that.

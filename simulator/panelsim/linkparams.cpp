@@ -33,8 +33,8 @@ struct Parameter
     const char *key;
     int firstRegister;
     Kind kind;
-    Links links;
     const char *unit;
+    Links links;
     quint32 largest = 65535; // of a number
 };
 
@@ -42,19 +42,19 @@ constexpr quint32 largestWide = 2147483647; // two registers that the panel take
 constexpr quint32 largestStation = 255;     // as in a project: a request has one byte for it
 
 const Parameter parameters[] = {
-    {"station", 64002, Kind::Number, Links::All, "", largestStation},
-    {"interval", 64003, Kind::Number, Links::All, "ms"},
-    {"timeout", 64004, Kind::Number, Links::All, "ms"},
-    {"retry", 64005, Kind::Number, Links::All, ""},
-    {"addmore", 64006, Kind::Number, Links::All, ""},
-    {"addrinterval", 64007, Kind::Number, Links::All, "registers"},
-    {"ip", 64020, Kind::Address, Links::Ethernet, ""},
-    {"port", 64024, Kind::Number, Links::Ethernet, ""},
-    {"mode", 64040, Kind::Number, Links::Serial, ""},
-    {"baud", 64041, Kind::Wide, Links::Serial, "baud", largestWide},
-    {"data", 64043, Kind::Number, Links::Serial, "bits"},
-    {"check", 64044, Kind::Number, Links::Serial, ""},
-    {"stop", 64045, Kind::Number, Links::Serial, "bits"},
+    {"station", 64002, Kind::Number, "", Links::All, largestStation},
+    {"interval", 64003, Kind::Number, "ms", Links::All},
+    {"timeout", 64004, Kind::Number, "ms", Links::All},
+    {"retry", 64005, Kind::Number, "", Links::All},
+    {"addmore", 64006, Kind::Number, "", Links::All},
+    {"addrinterval", 64007, Kind::Number, "registers", Links::All},
+    {"ip", 64020, Kind::Address, "", Links::Ethernet},
+    {"port", 64024, Kind::Number, "", Links::Ethernet},
+    {"mode", 64040, Kind::Number, "", Links::Serial},
+    {"baud", 64041, Kind::Wide, "baud", Links::Serial, largestWide},
+    {"data", 64043, Kind::Number, "bits", Links::Serial},
+    {"check", 64044, Kind::Number, "", Links::Serial},
+    {"stop", 64045, Kind::Number, "bits", Links::Serial},
 };
 
 QList<Parameter> parametersOf(const LinkValue &link)
