@@ -128,7 +128,7 @@ void LinkSettingsRoad::save(Chance &chance)
     const LinkDefinition &link = chance.of(m_project.project.links);
     const Parameters parameters = drawParameters(chance, link);
     const bool isDiskFull = chance.oneIn(4);
-    const int room = chance.between(0, 8000);
+    const int room = chance.between(0, 1000); // bytes; the file has some hundred
     bool isAccepted = false;
     ask();
     if (isDiskFull) {

@@ -20,7 +20,7 @@ namespace panelkit::simulator {
 
 namespace {
 
-constexpr int gap = 4;         // between keys
+constexpr int gap = 3;         // between keys
 constexpr int widestKey = 110; // pixels
 constexpr int airBelowField = 6;
 constexpr int mostColumns = 14; // of any layout
