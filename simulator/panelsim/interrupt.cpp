@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <system_error>
 
@@ -22,6 +23,7 @@ namespace {
 
 constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr char noSignal = 0; // asks the watcher to end
+constexpr int mostAttempts = 100;
 
 int wakePipe[2] = {-1, -1}; // from the handler to the watcher
 int loopPipe[2] = {-1, -1}; // from the watcher to the application's loop
@@ -127,10 +129,11 @@ void quitOnInterrupt()
 void removeTemporaryFiles()
 {
     removeUnfinishedFiles();
+    if (temporaryFolder.isEmpty())
+        return;
     // Another thread may still be making files there.
-    while (!temporaryFolder.isEmpty() && QDir(temporaryFolder).exists())
-        if (!QDir(temporaryFolder).removeRecursively() && access(qPrintable(temporaryFolder), W_OK) != 0)
-            return;
+    for (int attempt = 0; attempt < mostAttempts && !QDir(temporaryFolder).removeRecursively(); ++attempt)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
 }
 
 } // namespace panelkit::simulator

@@ -4,6 +4,7 @@
 #include "simulator/platform/systembase.h"
 #include "tests/export/plainexport.h"
 #include "tests/support/allocationcounter.h"
+#include "tests/support/heapinuse.h"
 #include "tests/support/randomtext.h"
 #include "tests/support/systemprogram.h"
 
@@ -207,6 +208,19 @@ TEST_F(CsvExport, AllocatesNothingForARow)
     };
     allocationsFor(few); // the toolkit finds its codec
     EXPECT_EQ(allocationsFor(few), allocationsFor(many));
+}
+
+// What it writes with is still there when the disk is synced; nothing that grows with the rows ever is.
+TEST_F(CsvExport, HoldsLessThan256KilobytesBesideTheRows)
+{
+    const QList<QStringList> rows = logRows(20000);
+    tools_exportToCsv({}, rows, path("log.csv"), 0); // the toolkit finds its codec
+    std::size_t during = 0;
+    panelkit::simulator::setSystemBaseObserver([&](const QByteArray &) { during = heapInUse(); });
+    const std::size_t before = heapInUse();
+    tools_exportToCsv({}, rows, path("log.csv"), 0);
+    ASSERT_GT(during, before);
+    EXPECT_LT(during - before, 256U * 1024);
 }
 
 TEST(ExportedRecord, HasItsDateTimeNameAndContent)
