@@ -24,6 +24,7 @@ enum class LinkCondition
 struct LinkState
 {
     LinkCondition condition = LinkCondition::Unknown;
+    bool isAskedFor = false;    // something of it is watched, or waits to be read or written
     std::uint64_t rounds = 0;   // rounds through everything that is watched
     std::uint64_t polls = 0;    // requests of these rounds that brought values
     std::uint64_t refusals = 0; // requests of any kind that the PLC refused with an exception code

@@ -157,6 +157,7 @@ bool LinkWorker::waitFor(const std::function<bool(const LinkState &)> &condition
 LinkState LinkWorker::currentState() const
 {
     LinkState state = m_counted;
+    state.isAskedFor = !m_watches.isEmpty() || !m_jobs.empty();
     for (const auto &[unit, station] : m_stations)
         if (station.isAway())
             state.awayStations.push_back(unit);

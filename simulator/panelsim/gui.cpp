@@ -90,13 +90,14 @@ bool readRequest(const QCommandLineParser &parser, Request &request)
     return true;
 }
 
+// Of those that anything is wanted of.
 bool hasEachLinkAnswered(const Communication &comm)
 {
     for (const int number : comm.linkNumbers()) {
         const LinkState state = comm.linkState(number);
         const bool isOpen = state.condition == LinkCondition::Idle ||
                             (state.condition == LinkCondition::Connected && state.rounds == 0);
-        if (isOpen)
+        if (isOpen && state.isAskedFor)
             return false;
     }
     return true;
@@ -128,6 +129,7 @@ bool writePicture(const QPixmap &picture, const QString &path)
 
 ExitCode takePicture(const Session &session, PanelWindow &window, const QString &file)
 {
+    window.refresh();
     waitForValues(session.communication());
     window.refresh();
     if (!writePicture(window.grab(), file)) {

@@ -1,6 +1,7 @@
 #include "tests/simulator/panelsim/program.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QImage>
 #include <QSet>
@@ -181,6 +182,25 @@ TEST_F(Gui, NamesEveryPageInItsHelp)
     ASSERT_TRUE(names.contains(QLatin1String("values, "))) << run.err.toStdString();
     EXPECT_TRUE(help.out.simplified().contains(QLatin1String("page in front: ") + names + QLatin1Char('.')))
         << help.out.toStdString();
+}
+
+// It would wait for 15 seconds.
+TEST_F(Gui, WaitsForNoLinkOfWhichNothingIsWanted)
+{
+    QFile project(folder.filePath(QStringLiteral("project.json")));
+    ASSERT_TRUE(project.open(QIODevice::WriteOnly));
+    project.write(R"({"name": "X", "screenWidth": 480, "screenHeight": 272, "links": [
+        {"number": 1, "name": "L1", "driver": "drivers/Modbus", "blocks": ["4x"], "port": "Ethernet 1",
+         "ip": "127.0.0.1", "tcpPort": 502},
+        {"number": 2, "name": "L2", "driver": "drivers/Modbus", "blocks": ["4x"], "port": "Ethernet 1",
+         "ip": "127.0.0.1", "tcpPort": 502}],
+        "items": [{"name": "Speed", "Link": "L1", "Block": "4x", "No": "1", "index": 0, "type": "uint16",
+        "digits": 5}]})");
+    project.close();
+    QElapsedTimer waited;
+    waited.start();
+    EXPECT_EQ(picture({project.fileName()}).size(), QSize(480, 272));
+    EXPECT_LT(waited.elapsed(), 12000);
 }
 
 TEST_F(Gui, SaysThatAPlcDidNotAnswerForThePicture)
