@@ -51,7 +51,7 @@ const char *const styleSheet = R"(
 #pageRow QPushButton { min-height: 44px; }
 #header QPushButton:pressed { background: @accent@; }
 #pageRow QPushButton { font-size: @caption@px; }
-#pageRow QPushButton:checked { background: @accent@; font-weight: bold; }
+#pageRow QPushButton:checked { background: @accent@; }
 
 QPushButton { background: @card@; border: 1px solid @line@; border-radius: 6px; padding: 2px 12px;
     min-height: 40px; }
