@@ -123,7 +123,7 @@ linkInfo_t readLink(object *node)
     link.plcID = object_get_property_value_type_string(node, "PLCID", QString()).toInt(nullptr, 10);
     link.linkName = object_get_property_value_type_string(node, "linkName", QString());
 
-    link.library = new QLibrary(tools_driverFilePath(
+    link.library = panelkit::makeLibrary(tools_driverFilePath(
         object_get_property_value_type_string(node, "driverLib", QString()), link.linkID));
     return link;
 }

@@ -7,6 +7,10 @@
 #include <QTimer>
 #include <QVariant>
 
+#if QT_VERSION >= 0x060000
+#include <QLoggingCategory>
+#endif
+
 #if QT_VERSION >= 0x050000
 #include <QJsonDocument>
 #else
@@ -30,6 +34,17 @@ inline QVariant variantFromJson(const QByteArray &text, bool &isJson)
 #else
     return QJson::Parser().parse(text, &isJson);
 #endif
+}
+
+// An object for the library file `path`, which is not loaded. When none ever is, 6.4 sets its log up as late
+// as at the end of the process and reads freed memory for it: any category sets it up in time.
+inline QLibrary *makeLibrary(const QString &path)
+{
+#if QT_VERSION >= 0x060000
+    const QLoggingCategory category("panelkit");
+    Q_UNUSED(category)
+#endif
+    return new QLibrary(path);
 }
 
 // Loads `library` where its unloading takes the file from nobody else. Qt 6 does not count an object that is
