@@ -6,6 +6,8 @@
 
 #include <clocale>
 #include <initializer_list>
+#include <utility>
+#include <vector>
 
 using panelkit::testing::ProgramRun;
 using panelkit::testing::runPanelsim;
@@ -30,10 +32,16 @@ protected:
             file.write(reinterpret_cast<const char *>(&character), sizeof(character));
         file.write("UTF-8", 6);
         file.close();
-        qunsetenv("LC_ALL");
-        qputenv("LOCPATH", QFile::encodeName(folder.path()) + ":/usr/lib/locale");
-        qputenv("LC_CTYPE", "C.UTF-8");
-        qputenv("LC_NUMERIC", "comma");
+        set("LC_ALL", QByteArray());
+        set("LOCPATH", QFile::encodeName(folder.path()) + ":/usr/lib/locale");
+        set("LC_CTYPE", "C.UTF-8");
+        set("LC_NUMERIC", "comma");
+    }
+
+    ~CommaLocale() override
+    {
+        for (const auto &[name, value] : m_before)
+            value.isNull() ? qunsetenv(name) : qputenv(name, value);
     }
 
     // What the toolkit does in a program that it is used by.
@@ -46,6 +54,16 @@ protected:
     }
 
     QTemporaryDir folder;
+
+private:
+    // An empty value is one that does not count.
+    void set(const char *name, const QByteArray &value)
+    {
+        m_before.push_back({name, qEnvironmentVariableIsSet(name) ? qgetenv(name) : QByteArray()});
+        qputenv(name, value);
+    }
+
+    std::vector<std::pair<const char *, QByteArray>> m_before;
 };
 
 } // namespace
