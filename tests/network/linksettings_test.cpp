@@ -331,6 +331,17 @@ TEST_F(LinkSettings, StayWholeWhenTheyWouldNotFitOnTheDisk)
     }
 }
 
+// Room cannot be asked for there.
+TEST_F(LinkSettings, AreSavedIntoAFolderThatIsStillToBeMade)
+{
+    const QString name = folder.filePath(QStringLiteral("new/links.ini"));
+    QSettings elsewhere(name, QSettings::IniFormat);
+    editLink(3);
+    EXPECT_EQ(save(elsewhere), 1);
+    EXPECT_EQ(elsewhere.status(), QSettings::NoError);
+    EXPECT_TRUE(QFile::exists(name));
+}
+
 // Room is asked for what is in the file, three bytes more for each that may have to be written otherwise, and
 // 352 bytes: 256 for a group of numbers, six for each of the 16 letters of the driver library.
 TEST_F(LinkSettings, AreSavedAsSoonAsTheyFitForSure)
