@@ -395,14 +395,7 @@ TEST_F(AddressIndex, LeavesAHostsOwnLibraryLoaded)
         EXPECT_EQ(lookUp("PLC1", "6"), 6);
         EXPECT_EQ(driverLog().filter(text("load")), QStringList() << text("load libtest_1.so"));
         ASSERT_TRUE(host.isLoaded());
-        const CheckAddrFunction checkAddr =
-            reinterpret_cast<CheckAddrFunction>(host.resolve("intf_checkAddr"));
-        ASSERT_NE(checkAddr, nullptr);
-        QString block = text("D");
-        QString number = text("31");
-        int index = 0;
-        EXPECT_EQ(checkAddr(block, number, index, 0, 1, 0), 0);
-        EXPECT_EQ(index, 31);
+        EXPECT_EQ(indexOfD31(host), 31);
     });
 }
 

@@ -1,10 +1,12 @@
 #include "tests/link/driverpanel.h"
 
+#include "link/linkinfo.h"
 #include "runtime/systemroot.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLibrary>
 
 namespace panelkit::testing {
 
@@ -53,6 +55,15 @@ QStringList DriverPanel::driverLog()
     m_logRead = file.size();
     lines.removeLast();
     return lines;
+}
+
+int DriverPanel::indexOfD31(QLibrary &host)
+{
+    const auto checkAddr = reinterpret_cast<CheckAddrFunction>(host.resolve("intf_checkAddr"));
+    QString block = QStringLiteral("D");
+    QString number = QStringLiteral("31");
+    int index = 0;
+    return checkAddr != nullptr && checkAddr(block, number, index, 0, 1, 0) == 0 ? index : -1;
 }
 
 Project::Project()

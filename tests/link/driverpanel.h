@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+class QLibrary;
+
 namespace panelkit::testing {
 
 class DriverPanel : public ::testing::Test
@@ -24,6 +26,9 @@ protected:
     // Puts a copy of a driver built for the tests into the driver folder: "testdriver", or one without an
     // entry point: "nocheck", "nodescription", "novalidity"; "needsabsent" is whole, and does not load.
     void install(const QString &fileName, const char *variant = "testdriver");
+
+    // The index of register D31, asked of the driver through a host's own library; -1 when it gives none.
+    static int indexOfD31(QLibrary &host);
 
     static QByteArray driverBytes(const char *variant = "testdriver");
 

@@ -9,7 +9,19 @@ using namespace panelkit::testing;
 
 namespace {
 
-using FileBrowserOnScreen = BrowserOn<EveryScreen>;
+class FileBrowserOnScreen : public BrowserOn<EveryScreen>
+{
+protected:
+    // Whether the list flies on when the finger has left it.
+    bool flick()
+    {
+        const QPoint bottom = list->viewport()->rect().center() + QPoint(0, list->viewport()->height() / 3);
+        drag(list->viewport(), bottom, QPoint(bottom.x(), 2));
+        const QScrollBar *const position = list->verticalScrollBar();
+        const int whenLifted = position->value();
+        return QTest::qWaitFor([&] { return position->value() > whenLifted; });
+    }
+};
 
 const int fingerHeight = 44;
 
@@ -168,10 +180,7 @@ TEST_P(FileBrowserOnScreen, BeginsEachFolderAtItsTop)
     browser.showDir(path(QStringLiteral("deep")));
     show(browser);
     QScrollBar *const position = list->verticalScrollBar();
-    const QPoint bottom = list->viewport()->rect().center() + QPoint(0, list->viewport()->height() / 3);
-    drag(list->viewport(), bottom, QPoint(bottom.x(), 2));
-    const int whenLifted = position->value();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return position->value() > whenLifted; })) << "the list flies on";
+    ASSERT_TRUE(flick());
     tap(back);
     ASSERT_EQ(list->item(0)->text(), QStringLiteral("deep"));
     EXPECT_EQ(position->value(), 0);
@@ -196,10 +205,7 @@ TEST_P(FileBrowserOnScreen, StopsAFlickByATouchThatSelectsNothing)
     browse(FileBro_SingleFile);
     show(browser);
     QScrollBar *const position = list->verticalScrollBar();
-    const QPoint bottom = list->viewport()->rect().center() + QPoint(0, list->viewport()->height() / 3);
-    drag(list->viewport(), bottom, QPoint(bottom.x(), 2));
-    const int whenLifted = position->value();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return position->value() > whenLifted; })) << "the list flies on";
+    ASSERT_TRUE(flick());
     tap(list->viewport());
     EXPECT_TRUE(list->selectedItems().isEmpty());
     const int whenStopped = position->value();

@@ -26,17 +26,6 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_GT(file.write("MODEL=" + model + '\n'), 0);
     }
-
-    // A register of the link that the panel begins to show.
-    void watch(int link, int station)
-    {
-        RegisterValueChange reg = {};
-        reg.linkId = link;
-        reg.station = station;
-        reg.block[0] = '4';
-        reg.block[1] = 'x';
-        session->communication().watchAddress(reg, 1);
-    }
 };
 
 } // namespace

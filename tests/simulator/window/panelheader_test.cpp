@@ -27,6 +27,7 @@ protected:
             PanelWindowFixture::SetUp();
         }
         void TestBody() override {}
+        using PanelWindowFixture::watch;
 
         QList<LinkLamp *> lamps() const
         {
@@ -35,17 +36,6 @@ protected:
                 if (lamp->isVisible())
                     shown << lamp;
             return shown;
-        }
-
-        // A register of the link that the panel begins to show.
-        void watch(int link, int station)
-        {
-            RegisterValueChange reg = {};
-            reg.linkId = link;
-            reg.station = station;
-            reg.block[0] = '4';
-            reg.block[1] = 'x';
-            session->communication().watchAddress(reg, 1);
         }
 
         void speak(const QString &language)

@@ -1,6 +1,7 @@
 // A session of the sample project on a real PLC of its own, and the finger that touches its screen.
 #pragma once
 
+#include "simulator/comm/communication.h"
 #include "simulator/host/session.h"
 #include "tests/support/screens.h"
 
@@ -45,6 +46,17 @@ protected:
     {
         QTest::mouseClick(widget->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
                           widget->mapTo(widget->window(), position));
+    }
+
+    // A register of the link that the panel begins to show.
+    void watch(int link, int station)
+    {
+        RegisterValueChange reg = {};
+        reg.linkId = link;
+        reg.station = station;
+        reg.block[0] = '4';
+        reg.block[1] = 'x';
+        session->communication().watchAddress(reg, 1);
     }
 
     QString error;
